@@ -1,0 +1,19 @@
+// The command line's arguments.
+#pragma once
+
+#include <optional>
+#include <string>
+
+struct Options {
+  enum class Format { json };
+
+  std::string input;
+  std::optional<std::string> output;  ///< "-" is standard output; none asks for a summary
+  Format format = Format::json;
+  bool overwrite = false;
+  bool quiet = false;
+};
+
+/// Reads the arguments. Returns none when there is nothing more to do, and sets `exitCode`: 0 after
+/// --help or --version, 2 after wrong arguments; what there is to say has been said then.
+std::optional<Options> parseOptions(int argc, char const* const* argv, int& exitCode);

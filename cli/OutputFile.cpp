@@ -1,0 +1,116 @@
+#include "cli/OutputFile.hpp"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t bufferSize = std::size_t{256} * 1024;
+constexpr mode_t usualMode = 0666;
+
+// The temporary file that an interrupt has to remove.
+std::atomic<char const*> unfinished{nullptr};
+
+extern "C" void removeUnfinished(int signal) {
+  if (char const* const path = unfinished) ::unlink(path);
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+bool exists(std::string const& name, struct stat& status) {
+  return ::stat(name.c_str(), &status) == 0;
+}
+
+}  // namespace
+
+OutputFile::OutputFile(std::string name, bool overwrite)
+    : name_(std::move(name)), overwrite_(overwrite) {
+  buffer_.reserve(bufferSize);
+  struct stat status {};
+  if (name_ == "-") {
+    descriptor_ = STDOUT_FILENO;
+    return;
+  }
+  if (exists(name_, status)) {
+    if (S_ISDIR(status.st_mode)) throw std::runtime_error(name_ + ": is a directory");
+    if (!S_ISREG(status.st_mode)) {
+      descriptor_ = ::open(name_.c_str(), O_WRONLY | O_CLOEXEC);
+      if (descriptor_ < 0) fail();
+      return;
+    }
+    if (!overwrite_) {
+      throw std::runtime_error(name_ + ": exists already; --overwrite replaces it");
+    }
+    name_ = std::filesystem::canonical(name_).string();  // what a link leads to, not the link
+  }
+  temporary_ = name_ + ".part-XXXXXX";
+  descriptor_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
+  if (descriptor_ < 0) {
+    temporary_.clear();
+    fail();
+  }
+  unfinished = temporary_.c_str();
+  for (int const signal : {SIGINT, SIGTERM, SIGHUP}) {
+    if (std::signal(signal, removeUnfinished) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+}
+
+OutputFile::~OutputFile() {
+  if (descriptor_ > STDOUT_FILENO) ::close(descriptor_);
+  if (temporary_.empty()) return;
+  unfinished = nullptr;
+  ::unlink(temporary_.c_str());
+}
+
+void OutputFile::write(std::string_view bytes) {
+  if (buffer_.size() + bytes.size() > bufferSize) flush();
+  buffer_ += bytes;
+}
+
+void OutputFile::commit() {
+  flush();
+  if (temporary_.empty()) return;
+  // A temporary file is private; give it the mode that a plainly made file would have.
+  mode_t const mask = ::umask(0);
+  ::umask(mask);
+  if (::fchmod(descriptor_, usualMode & ~mask) != 0) fail();
+  if (::close(std::exchange(descriptor_, -1)) != 0) fail();
+  // Without --overwrite, a file that has come into being meanwhile is kept: link() refuses it.
+  if (overwrite_) {
+    if (std::rename(temporary_.c_str(), name_.c_str()) != 0) fail();
+  } else {
+    if (::link(temporary_.c_str(), name_.c_str()) != 0) fail();
+    ::unlink(temporary_.c_str());
+  }
+  unfinished = nullptr;
+  temporary_.clear();
+}
+
+void OutputFile::flush() {
+  char const* rest = buffer_.data();
+  std::size_t size = buffer_.size();
+  while (size > 0) {
+    ssize_t const count = ::write(descriptor_, rest, size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) fail();
+    rest += count;
+    size -= static_cast<std::size_t>(count);
+  }
+  buffer_.clear();
+}
+
+void OutputFile::fail() const {
+  throw std::runtime_error((name_ == "-" ? "standard output" : name_) + ": can't write: " +
+                           std::generic_category().message(errno));
+}

@@ -1,0 +1,72 @@
+// osm2roadnet: imports an OpenStreetMap file from the command line.
+#include <chrono>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <optional>
+#include <string>
+
+#include "cli/Options.hpp"
+#include "cli/OutputFile.hpp"
+#include "cli/ProgressLine.hpp"
+#include "cli/printSummary.hpp"
+#include "cli/writeJson.hpp"
+#include "importer/RoadNetworkImporter.hpp"
+#include "importer/geographicLimits.hpp"
+#include "osm/ReadError.hpp"
+
+namespace {
+
+void import(Options const& options) {
+  // Made first: an output that can't be written should not cost an import.
+  std::optional<OutputFile> output;
+  if (options.output) output.emplace(*options.output, options.overwrite);
+
+  auto const start = std::chrono::steady_clock::now();
+  kb::zero::Model const model = kb::zero::Model::create();
+  auto const network =
+      velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
+  RoadNetworkImporter importer(model, network);
+  {
+    ProgressLine progress(!options.quiet);
+    importer.reader.setProgress([&](std::uint64_t bytesRead, std::uint64_t fileSize) {
+      progress.reading(bytesRead, fileSize);
+    });
+    importer.run(options.input);
+  }
+  std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
+
+  if (output) {
+    writeJson(network, geographicLimits(importer), *output);
+    output->commit();
+  } else if (!options.quiet) {
+    printSummary(importer, elapsed.count(), std::cout);
+    std::cout.flush();
+    if (!std::cout) throw std::runtime_error("standard output: can't write");
+  }
+}
+
+int fail(std::string const& message) {
+  std::cerr << "osm2roadnet: " << message << '\n';
+  return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int exitCode = 0;
+  std::optional<Options> const options = parseOptions(argc, argv, exitCode);
+  if (!options) return exitCode;
+  try {
+    import(*options);
+    return 0;
+  } catch (std::bad_alloc const&) {
+    return fail(options->input + ": out of memory");
+  } catch (std::range_error const& error) {
+    return fail(options->input + ": the file name is " + error.what());
+  } catch (std::runtime_error const& error) {  // these name their file
+    return fail(error.what());
+  } catch (std::exception const& error) {
+    return fail(options->input + ": " + error.what());
+  }
+}

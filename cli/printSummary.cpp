@@ -1,0 +1,64 @@
+#include "cli/printSummary.hpp"
+
+#include <algorithm>
+#include <iomanip>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "cli/roadLength.hpp"
+#include "importer/RoadNetworkImporter.hpp"
+#include "importer/geographicLimits.hpp"
+
+using velora::roadnetwork::Road;
+
+namespace {
+
+// 1234567 as 1,234,567.
+std::string grouped(std::size_t number) {
+  std::string digits = std::to_string(number);
+  for (std::size_t i = digits.size(); i > 3;) digits.insert(i -= 3, ",");
+  return digits;
+}
+
+std::ostream& row(std::ostream& out, char const* label) {
+  return out << "  " << std::left << std::setw(15) << label;
+}
+
+}  // namespace
+
+void printSummary(RoadNetworkImporter const& importer, double seconds, std::ostream& out) {
+  auto const& reader = importer.reader;
+  auto const& network = importer.roadNetwork;
+  std::size_t const nodes = network->getNodes().size();
+  auto const highways = std::count_if(reader.ways.begin(), reader.ways.end(), [](auto const& way) {
+    return way.tags.contains(u"highway");
+  });
+  double metres = 0.0;
+  for (Road const& road : network->getRoads()) metres += roadLength(road);
+  std::vector<double> const limits = geographicLimits(importer);
+  auto const& origin = network->getGeoReference();
+
+  row(out, "file") << grouped(reader.nodes.size()) << " nodes, " << grouped(reader.ways.size())
+                   << " ways, " << grouped(reader.relations.size()) << " relations\n";
+  row(out, "ways selected") << grouped(importer.selectedWays.size()) << " of "
+                            << grouped(static_cast<std::size_t>(highways))
+                            << " with a \"highway\" tag\n";
+  row(out, "Nodes") << grouped(nodes) << '\n';
+  row(out, "Roads") << grouped(network->getRoads().size()) << '\n';
+  row(out, "joined Nodes") << grouped(importer.junctionNodeIds.size() - nodes) << '\n';
+  out << std::fixed << std::setprecision(1);
+  row(out, "total length") << metres / 1000.0 << " km\n";
+  out << std::setprecision(7);
+  row(out, "limits");
+  if (limits.empty()) {
+    out << "unknown\n";
+  } else {
+    out << "latitude " << limits[0] << " to " << limits[1] << ", longitude " << limits[2] << " to "
+        << limits[3] << '\n';
+  }
+  row(out, "origin") << "latitude " << origin->getLatitude() << ", longitude "
+                     << origin->getLongitude() << '\n';
+  out << std::setprecision(3);
+  row(out, "time") << seconds << " s\n";
+}

@@ -1,0 +1,23 @@
+#include "importer/RoadNetworkImporter.hpp"
+
+#include "graph/chainRoads.hpp"
+#include "graph/createNodes.hpp"
+#include "graph/createRoads.hpp"
+#include "importer/setGeographicReference.hpp"
+#include "osm/collectWayAttributes.hpp"
+#include "osm/selectHighwayWays.hpp"
+#include "segments/assignSegmentElevations.hpp"
+#include "segments/createRoadSegments.hpp"
+#include "support/ustring.hpp"
+
+void RoadNetworkImporter::run(std::string const& fileName) {
+  reader.setFile(support::to_ustring(fileName));
+  selectedWays = selectHighwayWays(reader);
+  collectWayAttributes(*this);
+  createNodes(*this);
+  createRoads(*this);
+  chainRoads(*this);
+  createRoadSegments(*this);
+  assignSegmentElevations(*this);
+  setGeographicReference(*this);
+}

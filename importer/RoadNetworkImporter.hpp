@@ -1,0 +1,45 @@
+// The state of one import and its run.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "model/roadnetwork/DirectionOfTravel.hpp"
+#include "model/roadnetwork/RoadNetwork.hpp"
+#include "model/zero/Model.hpp"
+#include "osm/Reader.hpp"
+#include "support/IdHash.hpp"
+
+/// One import: made on a model and a network, run once, asked for the limits, destroyed. It owns the
+/// reader and every table that one stage leaves for a later one. The stages are free functions that
+/// take the importer, work through these fields alone and keep nothing of their own.
+class RoadNetworkImporter {
+ public:
+  using WayId = OpenStreetMap::Id;
+  using RoadId = std::uint64_t;
+
+  /// Both handles must outlive the importer. Reads nothing.
+  RoadNetworkImporter(kb::zero::Model const& hostModel,
+                      velora::roadnetwork::RoadNetwork const& hostNetwork)
+      : model(hostModel), roadNetwork(hostNetwork) {}
+  RoadNetworkImporter(RoadNetworkImporter const&) = delete;
+  RoadNetworkImporter& operator=(RoadNetworkImporter const&) = delete;
+
+  /// Imports the file, whose name is UTF-8, into the network. Throws OpenStreetMap::ReadError for
+  /// a file that can't be read, std::range_error for a name that is not UTF-8, and whatever the
+  /// model throws. What the stages had written by then stays in the network.
+  void run(std::string const& fileName);
+
+  kb::zero::Model const& model;                         ///< where new elements are created
+  velora::roadnetwork::RoadNetwork const& roadNetwork;  ///< what the import fills
+  OpenStreetMap::Reader reader;
+  std::vector<OpenStreetMap::Way const*> selectedWays;  ///< the ways that become roads, by id
+  std::unordered_map<WayId, std::u16string, support::IdHash> wayNames;
+  std::unordered_map<WayId, velora::roadnetwork::DirectionOfTravel, support::IdHash> wayDirections;
+  std::unordered_set<OpenStreetMap::Id, support::IdHash> junctionNodeIds;
+  /// The ways that each road was made of.
+  std::unordered_multimap<RoadId, WayId, support::IdHash> roadWayIds;
+};

@@ -1,0 +1,11 @@
+#include "model/roadnetwork/GeoReference.hpp"
+
+namespace velora::roadnetwork {
+
+void GeoReferenceImpl::setOrigin(double latitude, double longitude, double altitude) {
+  latitude_ = latitude;
+  longitude_ = longitude;
+  altitude_ = altitude;
+}
+
+}  // namespace velora::roadnetwork

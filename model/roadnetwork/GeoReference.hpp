@@ -1,0 +1,37 @@
+// The geographic reference of a road network.
+#pragma once
+
+#include "model/zero/ModelElement.hpp"
+
+namespace velora::roadnetwork {
+
+class RoadNetworkImpl;
+
+class GeoReferenceImpl : public kb::zero::ModelElementImpl {
+ public:
+  using ModelElementImpl::ModelElementImpl;
+
+  /// Latitude and longitude in degrees (WGS 84), altitude in metres. NaN is kept as it is.
+  virtual void setOrigin(double latitude, double longitude, double altitude);
+  double getLatitude() const noexcept { return latitude_; }
+  double getLongitude() const noexcept { return longitude_; }
+  double getAltitude() const noexcept { return altitude_; }
+
+ protected:
+  void detach() override { detachFromAll(); }
+
+ private:
+  double latitude_ = 0.0;
+  double longitude_ = 0.0;
+  double altitude_ = 0.0;
+};
+
+class GeoReference : public kb::zero::Handle<GeoReferenceImpl> {
+ public:
+  using Handle::Handle;
+  static GeoReference create(kb::zero::Model const& model, boost::uuids::uuid const& id) {
+    return kb::zero::createElement<GeoReference>(model, id);
+  }
+};
+
+}  // namespace velora::roadnetwork

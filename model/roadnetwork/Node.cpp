@@ -1,0 +1,58 @@
+#include "model/roadnetwork/Node.hpp"
+
+#include <limits>
+
+#include "model/roadnetwork/Road.hpp"
+#include "model/roadnetwork/RoadNetwork.hpp"
+
+namespace velora::roadnetwork {
+
+using kb::zero::Handle;
+using kb::zero::ModelElementImpl;
+using kb::zero::meta::Property;
+
+NodeImpl::NodeImpl(boost::uuids::uuid const& uuid)
+    : ModelElementImpl(uuid),
+      incomingRoads_(this, incomingRoadsProperty()),
+      outgoingRoads_(this, outgoingRoadsProperty()) {}
+
+NodeImpl::~NodeImpl() = default;
+
+bool NodeImpl::hasPosition() const { return position_.size() >= 3; }
+
+std::vector<double> const& NodeImpl::getPosition() const { return position_; }
+
+void NodeImpl::setPosition(std::vector<double> const& position) { position_ = position; }
+
+double NodeImpl::getElevation() const noexcept {
+  return position_.size() >= 3 ? position_[2] : std::numeric_limits<double>::quiet_NaN();
+}
+
+void NodeImpl::detach() {
+  for (auto* roads : {&incomingRoads_, &outgoingRoads_}) {
+    while (roads->size() > 0) {
+      Road const road = roads->last();
+      roads->remove(*road.get());
+      road->forgetNode(*this);
+    }
+  }
+  if (network_ != nullptr) network_->removeNode(*this);
+}
+
+bool NodeImpl::isNode(ModelElementImpl const& element) {
+  return dynamic_cast<NodeImpl const*>(&element) != nullptr;
+}
+
+Property const& NodeImpl::incomingRoadsProperty() {
+  static Handle<Property const> const property(
+      new Property("incomingRoads", false, &RoadImpl::isRoad, &RoadImpl::endNodeProperty));
+  return *property.get();
+}
+
+Property const& NodeImpl::outgoingRoadsProperty() {
+  static Handle<Property const> const property(
+      new Property("outgoingRoads", false, &RoadImpl::isRoad, &RoadImpl::startNodeProperty));
+  return *property.get();
+}
+
+}  // namespace velora::roadnetwork

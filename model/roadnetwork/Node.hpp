@@ -1,0 +1,68 @@
+// A junction or an end of the road graph.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "model/zero/ModelElement.hpp"
+#include "model/zero/ReferenceCollection.hpp"
+
+namespace velora::roadnetwork {
+
+class Road;
+class RoadNetworkImpl;
+
+class NodeImpl : public kb::zero::ModelElementImpl {
+ public:
+  explicit NodeImpl(boost::uuids::uuid const& uuid);
+  ~NodeImpl() override;
+
+  /// The key of the node in its network.
+  unsigned long getID() const noexcept { return id_; }
+  std::u16string const& getName() const noexcept { return name_; }
+
+  /// Whether there is a position to read and rewrite: at least three values.
+  virtual bool hasPosition() const;
+  /// First coordinate, second coordinate (degrees, as the network's maker gave them), elevation.
+  virtual std::vector<double> const& getPosition() const;
+  virtual void setPosition(std::vector<double> const& position);
+  /// The third value of the position; NaN when there is none.
+  double getElevation() const noexcept;
+
+  /// Roads whose end node is this node, and roads whose start node it is. A road from the node to
+  /// itself is in both.
+  kb::zero::ReferenceCollectionOf<Road> const& getIncomingRoads() const noexcept {
+    return incomingRoads_;
+  }
+  kb::zero::ReferenceCollectionOf<Road> const& getOutgoingRoads() const noexcept {
+    return outgoingRoads_;
+  }
+  static kb::zero::meta::Property const& incomingRoadsProperty();
+  static kb::zero::meta::Property const& outgoingRoadsProperty();
+  static bool isNode(kb::zero::ModelElementImpl const& element);
+
+ protected:
+  void detach() override;
+
+ private:
+  friend class RoadImpl;
+  friend class RoadNetworkImpl;
+
+  unsigned long id_ = 0;
+  std::u16string name_;
+  std::vector<double> position_;
+  kb::zero::ReferenceCollectionOf<Road> incomingRoads_;
+  kb::zero::ReferenceCollectionOf<Road> outgoingRoads_;
+  RoadNetworkImpl* network_ = nullptr;  // not counted: the network owns its nodes
+};
+
+class Node : public kb::zero::Handle<NodeImpl> {
+ public:
+  using Handle::Handle;
+  static Node create(kb::zero::Model const& model, boost::uuids::uuid const& id) {
+    return kb::zero::createElement<Node>(model, id);
+  }
+};
+
+}  // namespace velora::roadnetwork

@@ -1,0 +1,92 @@
+// A road between two nodes.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model/roadnetwork/DirectionOfTravel.hpp"
+#include "model/roadnetwork/Node.hpp"
+#include "model/roadnetwork/RoadSegment.hpp"
+#include "model/zero/ModelElement.hpp"
+#include "model/zero/PrimitiveCollection.hpp"
+#include "model/zero/ReferenceCollection.hpp"
+
+namespace velora::roadnetwork {
+
+class RoadNetworkImpl;
+
+class RoadImpl : public kb::zero::ModelElementImpl {
+ public:
+  using Sequence = kb::zero::PrimitiveCollection<double, std::vector<double>>;
+
+  explicit RoadImpl(boost::uuids::uuid const& uuid);
+  ~RoadImpl() override;
+
+  unsigned long getID() const noexcept { return id_; }
+  void setID(unsigned long id) noexcept { id_ = id; }
+  std::u16string const& getName() const noexcept { return name_; }
+  void setName(std::u16string const& name) { name_ = name; }
+  /// 1.0 for a new road, so that the weight of a joined road counts its pieces.
+  double getWeight() const noexcept { return weight_; }
+  void setWeight(double weight) noexcept { weight_ = weight; }
+  DirectionOfTravel getDirection() const noexcept { return direction_; }
+  void setDirection(DirectionOfTravel const& direction) noexcept { direction_ = direction; }
+
+  /// The road holds a reference on both nodes and stands in the start node's outgoing and the end
+  /// node's incoming roads; setting a node moves it. A null node takes it out.
+  void setStartNode(Node const& node);
+  void setEndNode(Node const& node);
+  Node getStartNode() const noexcept { return startNode_; }
+  Node getEndNode() const noexcept { return endNode_; }
+
+  /// The centre line: first and second coordinates of its points, from the start node to the end
+  /// node. Throws std::invalid_argument when the two differ in length.
+  virtual void setCenters(std::vector<double> const& x, std::vector<double> const& y);
+  Sequence const& getCentersX() const noexcept { return centersX_; }
+  Sequence const& getCentersY() const noexcept { return centersY_; }
+
+  /// Appends a segment, which the road owns from then on; it leaves the road that it was in.
+  virtual void addRoadSegment(RoadSegment const& segment);
+  kb::zero::ReferenceCollectionOf<RoadSegment> const& getRoadSegments() const noexcept {
+    return roadSegments_;
+  }
+
+  static kb::zero::meta::Property const& startNodeProperty();
+  static kb::zero::meta::Property const& endNodeProperty();
+  static kb::zero::meta::Property const& roadSegmentsProperty();
+  static bool isRoad(kb::zero::ModelElementImpl const& element);
+
+ protected:
+  void detach() override;
+  bool refersTo(kb::zero::meta::Property const& property,
+                kb::zero::ModelElementImpl const& other) const override;
+
+ private:
+  friend class NodeImpl;
+  friend class RoadNetworkImpl;
+  friend class RoadSegmentImpl;
+
+  void forgetNode(NodeImpl const& node) noexcept;
+
+  unsigned long id_ = 0;
+  std::u16string name_;
+  double weight_ = 1.0;
+  DirectionOfTravel direction_ = DirectionOfTravel::both;
+  Node startNode_;
+  Node endNode_;
+  Sequence centersX_;
+  Sequence centersY_;
+  kb::zero::ReferenceCollectionOf<RoadSegment> roadSegments_;
+  RoadNetworkImpl* network_ = nullptr;  // not counted: the network owns its roads
+  std::size_t networkSlot_ = 0;         // the road's place in the network
+};
+
+class Road : public kb::zero::Handle<RoadImpl> {
+ public:
+  using Handle::Handle;
+  static Road create(kb::zero::Model const& model, boost::uuids::uuid const& id) {
+    return kb::zero::createElement<Road>(model, id);
+  }
+};
+
+}  // namespace velora::roadnetwork

@@ -1,0 +1,109 @@
+#include "model/roadnetwork/RoadNetwork.hpp"
+
+#include <algorithm>
+#include <numeric>
+#include <stdexcept>
+
+namespace velora::roadnetwork {
+
+using kb::zero::ModelElementImpl;
+
+namespace {
+
+bool allows(Road const& road, DirectionOfTravel wanted) {
+  DirectionOfTravel const direction = road->getDirection();
+  return direction == wanted || direction == DirectionOfTravel::both;
+}
+
+// Roads that end at the node and may be travelled in the direction `ending`, then roads that start
+// there and may be travelled in the direction `starting`.
+std::vector<unsigned long> travelled(Node const& node, DirectionOfTravel ending,
+                                     DirectionOfTravel starting) {
+  std::vector<unsigned long> ids;
+  if (!node) return ids;
+  for (Road const& road : node->getIncomingRoads()) {
+    if (allows(road, ending)) ids.push_back(road->getID());
+  }
+  for (Road const& road : node->getOutgoingRoads()) {
+    if (allows(road, starting)) ids.push_back(road->getID());
+  }
+  return ids;
+}
+
+}  // namespace
+
+RoadNetworkImpl::~RoadNetworkImpl() {
+  for (auto const& [id, node] : nodes_) node->network_ = nullptr;
+  for (Road const& road : roads_) road->network_ = nullptr;
+  // The youngest first, which its nodes find at the end of their collections.
+  while (!roads_.empty()) roads_.pop_back();
+}
+
+void RoadNetworkImpl::addRoad(Road const& road) {
+  if (road->network_ == this) return;
+  if (road->network_ != nullptr) throw std::invalid_argument("the road is in another network");
+  roads_.push_back(road);
+  road->network_ = this;
+  road->networkSlot_ = roads_.size() - 1;
+}
+
+std::vector<unsigned long> RoadNetworkImpl::arrivalsAt(unsigned long nodeId) const {
+  return travelled(nodes_[nodeId], DirectionOfTravel::forward, DirectionOfTravel::backward);
+}
+
+std::vector<unsigned long> RoadNetworkImpl::departuresFrom(unsigned long nodeId) const {
+  return travelled(nodes_[nodeId], DirectionOfTravel::backward, DirectionOfTravel::forward);
+}
+
+void RoadNetworkImpl::addNodes(std::vector<unsigned long> const& ids,
+                               std::vector<std::u16string> const& names,
+                               std::vector<double> const& positions) {
+  if (names.size() != ids.size() || positions.size() != 3 * ids.size()) {
+    throw std::invalid_argument("addNodes: ids, names and positions of different length");
+  }
+  // In ascending order each insertion into the map finds its place at once.
+  std::vector<std::size_t> order(ids.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::sort(order.begin(), order.end(),
+            [&](std::size_t a, std::size_t b) { return ids[a] < ids[b]; });
+  for (std::size_t const i : order) {
+    if (nodes_[ids[i]]) continue;
+    Node const node = Node::create(getModel(), boost::uuids::uuid{});
+    node->id_ = ids[i];
+    node->name_ = names[i];
+    auto const first = positions.begin() + static_cast<std::ptrdiff_t>(3 * i);
+    node->position_.assign(first, first + 3);
+    nodes_.insert(ids[i], node);
+    node->network_ = this;
+  }
+}
+
+void RoadNetworkImpl::detach() {
+  while (!roads_.empty()) Road(roads_.back())->destroy();
+  while (nodes_.size() > 0) Node(nodes_.begin()->second)->destroy();
+  geoReference_ = GeoReference();
+}
+
+void RoadNetworkImpl::forget(ModelElementImpl const& other) {
+  if (geoReference_.get() == &other) geoReference_ = GeoReference();
+}
+
+void RoadNetworkImpl::removeNode(NodeImpl& node) noexcept {
+  node.network_ = nullptr;
+  nodes_.erase(node.id_);
+}
+
+void RoadNetworkImpl::removeRoad(RoadImpl& road) noexcept {
+  std::size_t const slot = road.networkSlot_;
+  road.network_ = nullptr;
+  std::swap(roads_[slot], roads_.back());
+  roads_[slot]->networkSlot_ = slot;
+  roads_.pop_back();
+}
+
+kb::zero::meta::Class const& RoadNetwork::metaClass() {
+  static kb::zero::meta::Class const record{"velora.roadnetwork.RoadNetwork"};
+  return record;
+}
+
+}  // namespace velora::roadnetwork

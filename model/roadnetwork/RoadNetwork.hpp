@@ -1,0 +1,74 @@
+// The network: what an import fills and a host works with.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model/roadnetwork/GeoReference.hpp"
+#include "model/roadnetwork/Node.hpp"
+#include "model/roadnetwork/Road.hpp"
+#include "model/zero/ElementMapBase.hpp"
+#include "model/zero/ModelElement.hpp"
+#include "model/zero/meta/Class.hpp"
+
+namespace velora::roadnetwork {
+
+class RoadNetworkImpl : public kb::zero::ModelElementImpl {
+ public:
+  using NodeMap =
+      kb::zero::ElementMapBase<unsigned long, Node, std::map<unsigned long, Node>>;
+
+  using ModelElementImpl::ModelElementImpl;
+  ~RoadNetworkImpl() override;
+
+  /// The nodes by id, ascending.
+  NodeMap const& getNodes() const noexcept { return nodes_; }
+  /// All roads, in no order that means anything.
+  std::vector<Road> const& getRoads() const noexcept { return roads_; }
+  GeoReference const& getGeoReference() const noexcept { return geoReference_; }
+  void setGeoReference(GeoReference const& reference) { geoReference_ = reference; }
+
+  /// Takes a road in; a road that is in it already stays where it is. Throws NullHandleError for a
+  /// null road and std::invalid_argument for a road of another network.
+  virtual void addRoad(Road const& road);
+
+  /// The ids of the roads by which traffic can reach the node, or leave it, given each road's
+  /// direction of travel. A two-way loop at the node is in each list twice. Empty for a node that
+  /// is not in the network.
+  virtual std::vector<unsigned long> arrivalsAt(unsigned long nodeId) const;
+  virtual std::vector<unsigned long> departuresFrom(unsigned long nodeId) const;
+
+  /// Makes one Node for each id, with the name of the same index and three values of `positions`
+  /// (first coordinate, second coordinate, elevation). An id that the network already has keeps
+  /// its Node as it is. Throws std::invalid_argument when the lengths do not match, NullHandleError
+  /// when the network's own model is gone.
+  virtual void addNodes(std::vector<unsigned long> const& ids,
+                        std::vector<std::u16string> const& names,
+                        std::vector<double> const& positions);
+
+ protected:
+  void detach() override;
+  void forget(kb::zero::ModelElementImpl const& other) override;
+
+ private:
+  friend class NodeImpl;
+  friend class RoadImpl;
+
+  void removeNode(NodeImpl& node) noexcept;
+  void removeRoad(RoadImpl& road) noexcept;
+
+  NodeMap nodes_;
+  std::vector<Road> roads_;
+  GeoReference geoReference_;
+};
+
+class RoadNetwork : public kb::zero::Handle<RoadNetworkImpl> {
+ public:
+  using Handle::Handle;
+  static RoadNetwork create(kb::zero::Model const& model, boost::uuids::uuid const& id) {
+    return kb::zero::createElement<RoadNetwork>(model, id);
+  }
+  static kb::zero::meta::Class const& metaClass();
+};
+
+}  // namespace velora::roadnetwork

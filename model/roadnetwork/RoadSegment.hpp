@@ -1,0 +1,71 @@
+// The geometry of a piece of road.
+#pragma once
+
+#include <vector>
+
+#include "model/roadnetwork/RoadSegmentNode.hpp"
+#include "model/zero/ModelElement.hpp"
+#include "model/zero/PrimitiveCollection.hpp"
+
+namespace velora::roadnetwork {
+
+class RoadImpl;
+
+class RoadSegmentImpl : public kb::zero::ModelElementImpl {
+ public:
+  using Sequence = kb::zero::PrimitiveCollection<double, std::vector<double>>;
+
+  using ModelElementImpl::ModelElementImpl;
+
+  unsigned long getID() const noexcept { return id_; }
+  void setID(unsigned long id) noexcept { id_ = id; }
+
+  /// The segment holds a reference on each end; segments that meet share one.
+  void setStartNode(RoadSegmentNode const& node) noexcept { startNode_ = node; }
+  void setEndNode(RoadSegmentNode const& node) noexcept { endNode_ = node; }
+  RoadSegmentNode getStartNode() const noexcept { return startNode_; }
+  RoadSegmentNode getEndNode() const noexcept { return endNode_; }
+
+  /// Replaces all five sequences, one value a centre point: coordinates as the road has them,
+  /// elevations in metres, banking angles and headings (NaN: not computed).
+  virtual void setGeometry(std::vector<double> const& centersX, std::vector<double> const& centersY,
+                           std::vector<double> const& elevations,
+                           std::vector<double> const& bankingAngles,
+                           std::vector<double> const& headings);
+  Sequence const& getCentersX() const noexcept { return centersX_; }
+  Sequence const& getCentersY() const noexcept { return centersY_; }
+  Sequence const& getElevations() const noexcept { return elevations_; }
+  Sequence const& getBankingAngles() const noexcept { return bankingAngles_; }
+  Sequence const& getHeadings() const noexcept { return headings_; }
+
+  static bool isRoadSegment(kb::zero::ModelElementImpl const& element);
+
+ protected:
+  void detach() override;
+  void forget(kb::zero::ModelElementImpl const& other) override;
+
+ private:
+  friend class RoadImpl;
+
+  void leaveRoad() noexcept;
+
+  unsigned long id_ = 0;
+  RoadSegmentNode startNode_;
+  RoadSegmentNode endNode_;
+  Sequence centersX_;
+  Sequence centersY_;
+  Sequence elevations_;
+  Sequence bankingAngles_;
+  Sequence headings_;
+  RoadImpl* road_ = nullptr;  // not counted: the road owns its segments
+};
+
+class RoadSegment : public kb::zero::Handle<RoadSegmentImpl> {
+ public:
+  using Handle::Handle;
+  static RoadSegment create(kb::zero::Model const& model, boost::uuids::uuid const& id) {
+    return kb::zero::createElement<RoadSegment>(model, id);
+  }
+};
+
+}  // namespace velora::roadnetwork

@@ -1,0 +1,33 @@
+#include "model/zero/Model.hpp"
+
+#include "model/zero/ModelElement.hpp"
+
+namespace kb::zero {
+
+ModelImpl::~ModelImpl() {
+  for (Handle<ModelElementImpl> const& element : elements_) element->model_ = nullptr;
+  // The youngest first: what was created later refers to what was there before, and is found at
+  // the end of its collections.
+  while (!elements_.empty()) elements_.pop_back();
+}
+
+void ModelImpl::adopt(Handle<ModelElementImpl> const& element) {
+  elements_.push_back(element);
+  element->model_ = this;
+  element->slot_ = elements_.size() - 1;
+}
+
+void ModelImpl::release(ModelElementImpl& element) noexcept {
+  std::size_t const slot = element.slot_;
+  element.model_ = nullptr;
+  std::swap(elements_[slot], elements_.back());
+  elements_[slot]->slot_ = slot;
+  elements_.pop_back();
+}
+
+meta::Class const& Model::metaClass() {
+  static meta::Class const record{"kb.zero.Model"};
+  return record;
+}
+
+}  // namespace kb::zero

@@ -1,0 +1,49 @@
+#include "model/zero/ReferenceCollection.hpp"
+
+#include <algorithm>
+namespace kb::zero {
+
+void ReferenceCollection::append(ModelElement const& element) {
+  references_.push_back(makeReference(element));
+}
+
+void ReferenceCollection::remove(ModelElementImpl const& element) noexcept {
+  auto const found = std::find_if(references_.rbegin(), references_.rend(),
+                                  [&](Reference const& r) { return r.element == &element; });
+  if (found != references_.rend()) references_.erase(std::next(found).base());
+}
+
+bool ReferenceCollection::contains(ModelElementImpl const& element) const noexcept {
+  return std::any_of(references_.begin(), references_.end(),
+                     [&](Reference const& r) { return r.element == &element; });
+}
+
+ModelElement ReferenceCollection::read(std::size_t index) const {
+  ModelElement const found = stored(index);
+  if (!found->isProxy()) return found;
+  ModelElement const resolved = resolveProxy(found);
+  if (!mayReplaceProxy(resolved)) return found;
+  // Resolving may have changed the collection.
+  if (index < references_.size() && references_[index].element == found.get()) {
+    references_[index] = makeReference(resolved);
+  }
+  return resolved;
+}
+
+bool ReferenceCollection::mayReplaceProxy(ModelElement const& resolved) const {
+  if (!resolved || resolved->isProxy() || !property_->accepts(*resolved.get())) return false;
+  return isComposite() || property_->inverse() == nullptr || refersToOwner(resolved);
+}
+
+bool ReferenceCollection::refersToOwner(ModelElement const& element) const {
+  Handle<meta::Property const> const inverse(property_->inverse());
+  return inverse && owner_ != nullptr &&
+         owner_->_inverseContainsThis(element.get(), *inverse.get());
+}
+
+ReferenceCollection::Reference ReferenceCollection::makeReference(ModelElement const& element) const {
+  bool const counted = isComposite() || !refersToOwner(element);
+  return {element.get(), counted ? element : ModelElement()};
+}
+
+}  // namespace kb::zero

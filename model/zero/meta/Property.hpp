@@ -1,0 +1,41 @@
+// The record that describes a property whose value is a collection of references, or the single
+// reference at the other end of one.
+#pragma once
+
+#include "model/zero/ElementImpl.hpp"
+
+namespace kb::zero {
+class ModelElementImpl;
+}
+
+namespace kb::zero::meta {
+
+class Property final : public ElementImpl {
+ public:
+  /// The property at the other end of a relation that is kept from both sides; a function because
+  /// the two ends refer to each other.
+  using Inverse = Property const& (*)();
+  /// Whether an element is of the kind that the property holds.
+  using Accepts = bool (*)(ModelElementImpl const&);
+
+  /// `inverseProperty` is null when the relation is known at one side only.
+  Property(char const* propertyName, bool composite, Accepts accepted, Inverse inverseProperty)
+      : name_(propertyName),
+        composite_(composite),
+        accepts_(accepted),
+        inverse_(inverseProperty) {}
+
+  char const* name() const noexcept { return name_; }
+  /// Whether the owner's elements live and die with it.
+  bool isComposite() const noexcept { return composite_; }
+  bool accepts(ModelElementImpl const& element) const { return accepts_(element); }
+  Property const* inverse() const { return inverse_ == nullptr ? nullptr : &inverse_(); }
+
+ private:
+  char const* name_;
+  bool composite_;
+  Accepts accepts_;
+  Inverse inverse_;
+};
+
+}  // namespace kb::zero::meta

@@ -1,0 +1,162 @@
+// The hash table of element records.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "support/IdHash.hpp"
+
+namespace OpenStreetMap {
+
+/// Maps an id to its record, for a `Record` that is trivially copyable and has a member `id`.
+///
+/// Records stand in blocks, in the order in which they came, and never move. The index over them is
+/// an open-addressing table with linear probing of (record number, upper half of the hash): eight
+/// bytes a slot, and a record is looked at only when 32 bits of its hash match.
+template <class Record>
+class ElementTable {
+ public:
+  using key_type = std::int64_t;
+  using mapped_type = Record;
+
+  ElementTable() = default;
+  ElementTable(ElementTable const&) = delete;
+  ElementTable& operator=(ElementTable const&) = delete;
+
+  /// Walks the records in the order in which they came.
+  class const_iterator {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = Record;
+    using difference_type = std::ptrdiff_t;
+    using pointer = Record const*;
+    using reference = Record const&;
+
+    const_iterator() noexcept = default;
+    const_iterator(ElementTable const* table, std::size_t number) noexcept
+        : table_(table), number_(number) {}
+    reference operator*() const noexcept { return table_->record(number_); }
+    pointer operator->() const noexcept { return &**this; }
+    const_iterator& operator++() noexcept {
+      ++number_;
+      return *this;
+    }
+    const_iterator operator++(int) noexcept {
+      const_iterator const before = *this;
+      ++number_;
+      return before;
+    }
+    friend bool operator==(const_iterator const&, const_iterator const&) noexcept = default;
+
+   private:
+    ElementTable const* table_ = nullptr;
+    std::size_t number_ = 0;
+  };
+
+  std::size_t size() const noexcept { return size_; }
+  bool empty() const noexcept { return size_ == 0; }
+  const_iterator begin() const noexcept { return {this, 0}; }
+  const_iterator end() const noexcept { return {this, size_}; }
+
+  /// The record with this id, or null.
+  Record const* find(std::int64_t id) const noexcept {
+    if (slots_.empty()) return nullptr;
+    Slot const slot = slots_[slotOf(id)];
+    return slot.occupied() ? &record(slot.number()) : nullptr;
+  }
+  /// Throws std::out_of_range("_Map_base::at") when there is no such id.
+  Record const& at(std::int64_t id) const {
+    Record const* const found = find(id);
+    if (found == nullptr) throw std::out_of_range("_Map_base::at");
+    return *found;
+  }
+
+  /// Stores a record unless its id is taken. Returns the stored record, or null.
+  Record* insert(Record const& newRecord) {
+    if (2 * (size_ + 1) > slots_.size()) grow();
+    std::size_t const at = slotOf(newRecord.id);
+    if (slots_[at].occupied()) return nullptr;
+    if (size_ == blocks_.size() * blockSize) {
+      blocks_.push_back(std::make_unique_for_overwrite<Storage[]>(blockSize));
+    }
+    Record* const stored = std::construct_at(&record(size_), newRecord);
+    slots_[at] = Slot(size_, support::IdHash()(newRecord.id));
+    ++size_;
+    return stored;
+  }
+
+  void clear() noexcept {
+    blocks_.clear();
+    slots_.clear();
+    size_ = 0;
+  }
+
+ private:
+  static constexpr std::size_t blockSize = 4096;
+  static constexpr std::size_t firstSlots = 1024;
+
+  union Storage {
+    Storage() noexcept {}
+    Record record;
+  };
+
+  class Slot {
+   public:
+    Slot() noexcept = default;
+    Slot(std::size_t number, std::size_t hash) noexcept
+        : number_(static_cast<std::uint32_t>(number) + 1), tag_(tagOf(hash)) {}
+    bool occupied() const noexcept { return number_ != 0; }
+    std::size_t number() const noexcept { return number_ - 1; }
+    bool mayHold(std::size_t hash) const noexcept { return tag_ == tagOf(hash); }
+
+   private:
+    static std::uint32_t tagOf(std::size_t hash) noexcept {
+      return static_cast<std::uint32_t>(hash >> 32);
+    }
+    std::uint32_t number_ = 0;  // of the record, counted from 1; 0 is a free slot
+    std::uint32_t tag_ = 0;
+  };
+
+  Record& record(std::size_t number) const noexcept {
+    return blocks_[number / blockSize][number % blockSize].record;
+  }
+
+  // The place of the slot that holds `id`, or of the free slot where it belongs. There must be one.
+  std::size_t slotOf(std::int64_t id) const noexcept {
+    std::size_t const hash = support::IdHash()(id);
+    std::size_t const mask = slots_.size() - 1;
+    std::size_t at = hash & mask;
+    while (slots_[at].occupied() &&
+           !(slots_[at].mayHold(hash) && record(slots_[at].number()).id == id)) {
+      at = (at + 1) & mask;
+    }
+    return at;
+  }
+
+  void grow() {
+    if (size_ == std::numeric_limits<std::uint32_t>::max()) {
+      throw std::length_error("more elements of one kind than a table can hold");
+    }
+    std::vector<Slot> larger(slots_.empty() ? firstSlots : 2 * slots_.size());
+    std::size_t const mask = larger.size() - 1;
+    for (std::size_t number = 0; number < size_; ++number) {
+      std::size_t const hash = support::IdHash()(record(number).id);
+      std::size_t at = hash & mask;
+      while (larger[at].occupied()) at = (at + 1) & mask;
+      larger[at] = Slot(number, hash);
+    }
+    slots_ = std::move(larger);
+  }
+
+  std::vector<std::unique_ptr<Storage[]>> blocks_;
+  std::vector<Slot> slots_;
+  std::size_t size_ = 0;
+};
+
+}  // namespace OpenStreetMap

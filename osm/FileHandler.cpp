@@ -1,0 +1,41 @@
+#include "osm/FileHandler.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "osm/ReadError.hpp"
+#include "support/ustring.hpp"
+
+namespace OpenStreetMap {
+
+void FileHandlerDeleter::operator()(FileHandler* file) const noexcept {
+  ::close(file->descriptor);
+  delete file;
+}
+
+FileHandle openFile(std::u16string const& path) {
+  std::string name = support::ustring_to_utf8(path);
+  if (path.find(u'\0') != std::u16string::npos) {
+    throw ReadError(name, "", "the file name contains a NUL character");
+  }
+  if (support::to_ustring(name) != path) {
+    throw ReadError(name, "", "the file name is not well-formed UTF-16");
+  }
+  FileHandle file(new FileHandler{-1, 0, name});
+  // Without O_NONBLOCK the mere opening of a pipe could wait forever.
+  file->descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  struct stat status {};
+  if (file->descriptor < 0 || ::fstat(file->descriptor, &status) != 0) {
+    throw ReadError(name, "", "can't open: " + std::generic_category().message(errno));
+  }
+  if (S_ISDIR(status.st_mode)) throw ReadError(name, "", "is a directory");
+  if (!S_ISREG(status.st_mode)) throw ReadError(name, "", "is not a regular file");
+  file->size = static_cast<std::uint64_t>(status.st_size);
+  return file;
+}
+
+}  // namespace OpenStreetMap

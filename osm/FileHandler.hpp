@@ -1,0 +1,28 @@
+// The open input file.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace OpenStreetMap {
+
+struct FileHandler {
+  int descriptor;
+  std::uint64_t size;  ///< in bytes, when it was opened
+  std::string name;    ///< UTF-8, for messages
+};
+
+/// Closes the file.
+struct FileHandlerDeleter {
+  void operator()(FileHandler* file) const noexcept;
+};
+
+using FileHandle = std::unique_ptr<FileHandler, FileHandlerDeleter>;
+
+/// Opens a regular file for reading. `path` is UTF-16. Throws ReadError with the reason: there is no
+/// such file, it may not be read, it is a directory or another special file, the path holds a NUL
+/// or is not well-formed UTF-16 (such a path never opens some other file).
+FileHandle openFile(std::u16string const& path);
+
+}  // namespace OpenStreetMap

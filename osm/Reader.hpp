@@ -1,0 +1,103 @@
+// Reads an OpenStreetMap file into tables of nodes, ways and relations.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "osm/FileHandler.hpp"
+#include "osm/RecordStorage.hpp"
+#include "osm/records.hpp"
+
+namespace OpenStreetMap {
+
+/// A lowest and a highest value in degrees, both NaN while unknown. Where a file's bounds cross the
+/// antimeridian, the first longitude is the greater one.
+using Limits = std::pair<double, double>;
+inline constexpr Limits unknownLimits{std::numeric_limits<double>::quiet_NaN(),
+                                      std::numeric_limits<double>::quiet_NaN()};
+
+/// One file: OSM XML or PBF, plain or in gzip or bzip2, told apart by content.
+///
+/// The first `populate` reads the whole file in one pass on the caller's thread and fills all three
+/// tables; every later one returns at once. What isn't stored: elements with visible="false" or
+/// action="delete", nodes without a position; of two elements of a kind with one id the first
+/// stays, of two tags with one key the first.
+class Reader {
+  // Declared first: destroyed last, after the tables that point into the buffer.
+  FileHandle file_;
+  std::unique_ptr<RecordStorage> buffer_;
+
+ public:
+  NodeTable nodes;
+  WayTable ways;
+  RelationTable relations;
+
+  Reader() = default;
+  Reader(Reader const&) = delete;
+  Reader& operator=(Reader const&) = delete;
+
+  /// Opens a file; `path` is UTF-16. Whatever was read before is dropped. Throws ReadError.
+  void setFile(std::u16string const& path);
+
+  /// Called now and then while the file is read, with the bytes read so far and the file's size.
+  using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t fileSize)>;
+  void setProgress(Progress progress) { progress_ = std::move(progress); }
+
+  /// Fills this reader's own tables; `table` is one of them. Pointers to records stay valid. Throws
+  /// ReadError when the file is not what it should be, std::bad_alloc when memory runs out: then
+  /// the tables are empty and the file is closed, and the reader can be given another one.
+  void populate(NodeTable& /*table*/) { readOnce(); }
+  void populate(WayTable& /*table*/) { readOnce(); }
+  void populate(RelationTable& /*table*/) { readOnce(); }
+
+  /// The union of the file's bounds, else the extent of its nodes, else NaN; known once the file
+  /// has been read.
+  Limits getLatitudeLimits() const noexcept { return latitudeLimits_; }
+  Limits getLongitudeLimits() const noexcept { return longitudeLimits_; }
+
+  /// The records that carry the tag, with any value, by ascending id.
+  template <class Table>
+  static std::vector<typename Table::mapped_type const*> getElementsWithTag(std::u16string key,
+                                                                            Table const& table) {
+    std::vector<typename Table::mapped_type const*> result;
+    for (auto const& record : table) {
+      if (record.tags.contains(key)) result.push_back(&record);
+    }
+    if (!result.empty()) {
+      std::sort(result.begin(), result.end(),
+                [](auto const* a, auto const* b) { return a->id < b->id; });
+    }
+    return result;
+  }
+
+  /// The records with these ids, in their order. Throws std::out_of_range("_Map_base::at") for an
+  /// id that the table lacks.
+  template <class Table>
+  static std::vector<typename Table::mapped_type const*> getElements(Table const& table,
+                                                                     std::vector<Id> const& ids) {
+    std::vector<typename Table::mapped_type const*> result;
+    result.reserve(ids.size());
+    for (Id const id : ids) result.push_back(&table.at(id));
+    return result;
+  }
+
+ private:
+  void readOnce() {
+    if (!populated_) readFile();
+  }
+  void readFile();
+  void clear() noexcept;
+
+  bool populated_ = false;
+  Limits latitudeLimits_ = unknownLimits;
+  Limits longitudeLimits_ = unknownLimits;
+  Progress progress_;
+};
+
+}  // namespace OpenStreetMap

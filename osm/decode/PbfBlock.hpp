@@ -1,0 +1,51 @@
+// Decodes one PrimitiveBlock of a PBF file.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "osm/decode/TableFiller.hpp"
+#include "osm/decode/pbfFields.hpp"
+
+namespace OpenStreetMap {
+
+/// Nanodegrees to degrees, rounded as the same decimal number in a text file would be. Throws
+/// pbf::InvalidData when it is outside -limit to limit.
+double degreesFromNano(std::int64_t nanodegrees, double limit, char const* what);
+
+/// Keeps its scratch memory from block to block.
+class PbfBlockDecoder {
+ public:
+  explicit PbfBlockDecoder(TableFiller& filler) : filler_(filler) {}
+
+  /// Throws pbf::InvalidData and protozero::exception.
+  void decode(std::string_view block);
+
+ private:
+  void readStrings(pbf::pbf_reader table);
+  void decodeGroup(pbf::pbf_reader group);
+  void decodeNode(pbf::pbf_reader node);
+  void decodeDense(pbf::pbf_reader dense);
+  void decodeWay(pbf::pbf_reader way);
+  void decodeRelation(pbf::pbf_reader relation);
+
+  void addTags(pbf::PackedUint32 keys, pbf::PackedUint32 values);
+  void addDenseTags(pbf::PackedInt32& keysAndValues);
+  void storeNode(std::int64_t id, std::int64_t latitude, std::int64_t longitude);
+  std::u16string const* string(std::uint64_t index);
+
+  struct String {
+    std::string_view utf8;
+    std::u16string const* interned;  // null until it is asked for: many strings are only user names
+  };
+
+  TableFiller& filler_;
+  std::vector<String> strings_;
+  std::vector<pbf::pbf_reader> groups_;
+  std::int64_t granularity_ = 100;
+  std::int64_t latitudeOffset_ = 0;
+  std::int64_t longitudeOffset_ = 0;
+};
+
+}  // namespace OpenStreetMap

@@ -1,0 +1,314 @@
+#include "osm/decode/decodeXml.hpp"
+
+#include <expat.h>
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "osm/decode/DecodeError.hpp"
+#include "osm/decode/parseNumber.hpp"
+
+namespace OpenStreetMap {
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr double maxLatitude = 90.0;
+constexpr double maxLongitude = 180.0;
+constexpr int readSize = 64 * 1024;
+
+std::runtime_error failure(std::string const& reason) { return std::runtime_error(reason); }
+
+std::string tagName(char const* name) { return "<" + std::string(name) + ">"; }
+
+// The attributes that mean something here, gathered in one walk over an element's list.
+struct Attributes {
+  explicit Attributes(XML_Char const** list) {
+    for (; *list != nullptr; list += 2) {
+      if (char const** const known = slot(list[0])) *known = list[1];
+    }
+  }
+
+  char const* id = nullptr;
+  char const* lat = nullptr;
+  char const* lon = nullptr;
+  char const* visible = nullptr;
+  char const* action = nullptr;
+  char const* version = nullptr;
+  char const* k = nullptr;
+  char const* v = nullptr;
+  char const* ref = nullptr;
+  char const* type = nullptr;
+  char const* role = nullptr;
+  char const* minlat = nullptr;
+  char const* minlon = nullptr;
+  char const* maxlat = nullptr;
+  char const* maxlon = nullptr;
+  char const* box = nullptr;
+
+ private:
+  char const** slot(std::string_view name) {
+    switch (name[0]) {  // most attributes (timestamp, user, ...) end here
+      case 'i': return name == "id" ? &id : nullptr;
+      case 'l': return name == "lat" ? &lat : name == "lon" ? &lon : nullptr;
+      case 'v': return name == "v" ? &v : name == "visible" ? &visible : name == "version" ? &version : nullptr;
+      case 'a': return name == "action" ? &action : nullptr;
+      case 'k': return name == "k" ? &k : nullptr;
+      case 'r': return name == "ref" ? &ref : name == "role" ? &role : nullptr;
+      case 't': return name == "type" ? &type : nullptr;
+      case 'b': return name == "box" ? &box : nullptr;
+      case 'm':
+        return name == "minlat" ? &minlat : name == "minlon" ? &minlon : name == "maxlat" ? &maxlat
+                                        : name == "maxlon"   ? &maxlon
+                                                             : nullptr;
+      default: return nullptr;
+    }
+  }
+};
+
+char const* required(char const* value, char const* element, char const* name) {
+  if (value == nullptr) throw failure(tagName(element) + " without " + name);
+  return value;
+}
+
+class XmlDecoder {
+ public:
+  explicit XmlDecoder(TableFiller& filler) : filler_(filler), parser_(XML_ParserCreate(nullptr)) {
+    if (!parser_) throw std::bad_alloc();
+    XML_SetUserData(parser_.get(), this);
+    XML_SetElementHandler(parser_.get(), &onStart, &onEnd);
+    XML_SetEntityDeclHandler(parser_.get(), &onEntity);
+  }
+
+  void decode(ByteSource& source) {
+    for (bool atEnd = false; !atEnd;) {
+      void* const buffer = XML_GetBuffer(parser_.get(), readSize);
+      if (buffer == nullptr) throw std::bad_alloc();
+      std::size_t const count = source.read(static_cast<char*>(buffer), readSize);
+      atEnd = count == 0;
+      if (XML_ParseBuffer(parser_.get(), static_cast<int>(count), atEnd) != XML_STATUS_OK) fail();
+    }
+  }
+
+ private:
+  enum class Context { document, osm, node, way, relation, remark };
+
+  // What goes wrong inside a handler waits here: an exception must not pass through the parser.
+  template <class Action>
+  static void guarded(void* self, Action const& action) {
+    auto* const decoder = static_cast<XmlDecoder*>(self);
+    if (decoder->error_) return;
+    try {
+      action(*decoder);
+    } catch (...) {
+      decoder->error_ = std::current_exception();
+      XML_StopParser(decoder->parser_.get(), XML_FALSE);
+    }
+  }
+  static void XMLCALL onStart(void* self, XML_Char const* name, XML_Char const** attributes) {
+    guarded(self, [&](XmlDecoder& decoder) { decoder.start(name, attributes); });
+  }
+  static void XMLCALL onEnd(void* self, XML_Char const*) {
+    guarded(self, [](XmlDecoder& decoder) { decoder.end(); });
+  }
+  static void XMLCALL onText(void* self, XML_Char const* text, int length) {
+    guarded(self, [&](XmlDecoder& decoder) {
+      decoder.remark_.append(text, static_cast<std::size_t>(length));
+    });
+  }
+  static void XMLCALL onEntity(void* self, XML_Char const*, int, XML_Char const*, int,
+                               XML_Char const*, XML_Char const*, XML_Char const*,
+                               XML_Char const*) {
+    guarded(self, [](XmlDecoder&) { throw failure("entity declarations are refused"); });
+  }
+
+  [[noreturn]] void fail() const {
+    std::string const place =
+        "line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ", column " +
+        std::to_string(XML_GetCurrentColumnNumber(parser_.get()) + 1);
+    if (error_) {
+      try {
+        std::rethrow_exception(error_);
+      } catch (std::runtime_error const& error) {
+        throw DecodeError{place, error.what()};
+      }
+    }
+    XML_Error const code = XML_GetErrorCode(parser_.get());
+    if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
+    throw DecodeError{place, std::string("not well-formed XML: ") + XML_ErrorString(code)};
+  }
+
+  void start(char const* name, XML_Char const** attributes) {
+    if (ignoredDepth_ > 0) {
+      ++ignoredDepth_;
+      return;
+    }
+    switch (context_) {
+      case Context::document: return startDocument(name, attributes);
+      case Context::osm: return startAtTop(name, attributes);
+      case Context::remark: ++ignoredDepth_; return;
+      case Context::node:
+      case Context::way:
+      case Context::relation: return startInElement(name, attributes);
+    }
+  }
+
+  void startDocument(std::string_view name, XML_Char const** list) {
+    if (name == "osmChange") throw failure("this is a change file (osmChange), not a map");
+    if (name == "osmAugmentedDiff") throw failure("this is an augmented diff, not a map");
+    if (name != "osm") {
+      throw failure("this is not an OSM file: its root element is " + tagName(name.data()));
+    }
+    char const* const version = Attributes(list).version;
+    if (version != nullptr && version != "0.6"sv) {
+      throw failure("OSM version \"" + std::string(version) + "\" is not supported, only 0.6");
+    }
+    context_ = Context::osm;
+  }
+
+  void startAtTop(std::string_view name, XML_Char const** list) {
+    if (name == "node") {
+      begin(Context::node, "node", list);
+    } else if (name == "way") {
+      begin(Context::way, "way", list);
+    } else if (name == "relation") {
+      begin(Context::relation, "relation", list);
+    } else if (name == "bounds" || name == "bound") {
+      addBounds(name.data(), Attributes(list));
+      ++ignoredDepth_;
+    } else if (name == "remark") {
+      context_ = Context::remark;
+      remark_.clear();
+      XML_SetCharacterDataHandler(parser_.get(), &onText);
+    } else if (name == "action" || name == "create" || name == "modify" || name == "delete") {
+      throw failure("this is a change file (" + tagName(name.data()) + "), not a map");
+    } else if (name == "nd" || name == "tag" || name == "member") {
+      throw failure(tagName(name.data()) + " outside an element");
+    } else {
+      ++ignoredDepth_;
+    }
+  }
+
+  void begin(Context element, char const* name, XML_Char const** list) {
+    Attributes const attributes(list);
+    context_ = element;
+    id_ = parseId("id", required(attributes.id, name, "id"));
+    stored_ = !(attributes.visible != nullptr && attributes.visible == "false"sv) &&
+              !(attributes.action != nullptr && attributes.action == "delete"sv);
+    if (element != Context::node) return;
+    if (attributes.lat == nullptr && attributes.lon == nullptr) {
+      stored_ = false;  // a deleted node, or a placeholder
+      return;
+    }
+    latitude_ = parseDegrees("lat", required(attributes.lat, name, "lat"), maxLatitude);
+    longitude_ = parseDegrees("lon", required(attributes.lon, name, "lon"), maxLongitude);
+  }
+
+  void startInElement(std::string_view name, XML_Char const** list) {
+    ++ignoredDepth_;  // none of these has content of its own
+    if (name == "nd" && context_ == Context::way) {
+      filler_.addReference(parseId("ref", required(Attributes(list).ref, "nd", "ref")));
+    } else if (name == "tag") {
+      Attributes const tag(list);
+      std::u16string const* const key = filler_.intern(required(tag.k, "tag", "k"));
+      filler_.addTag(key, filler_.intern(required(tag.v, "tag", "v")));
+    } else if (name == "member" && context_ == Context::relation) {
+      addMember(Attributes(list));
+    } else if (name == "nd" || name == "member" || name == "node" || name == "way" ||
+               name == "relation") {
+      throw failure(tagName(name.data()) + " inside another element, where it has no meaning");
+    }
+  }
+
+  void addMember(Attributes const& member) {
+    std::string_view const type = required(member.type, "member", "type");
+    ElementType kind = ElementType::node;
+    if (type == "way") {
+      kind = ElementType::way;
+    } else if (type == "relation") {
+      kind = ElementType::relation;
+    } else if (type != "node") {
+      throw failure("member type \"" + std::string(type) + "\" is unknown");
+    }
+    Id const reference = parseId("ref", required(member.ref, "member", "ref"));
+    filler_.addMember({kind, reference, filler_.intern(member.role == nullptr ? "" : member.role)});
+  }
+
+  void addBounds(char const* name, Attributes const& bounds) {
+    std::string_view sides[4];  // south, west, north, east
+    if (bounds.box != nullptr) {  // <bound box="south,west,north,east"/>, as older tools wrote it
+      std::string_view rest = bounds.box;
+      for (std::string_view& side : sides) {
+        side = rest.substr(0, rest.find(','));
+        rest.remove_prefix(std::min(rest.size(), side.size() + 1));
+      }
+      if (!rest.empty()) throw failure("box \"" + std::string(bounds.box) + "\" is malformed");
+    } else {
+      sides[0] = required(bounds.minlat, name, "minlat");
+      sides[1] = required(bounds.minlon, name, "minlon");
+      sides[2] = required(bounds.maxlat, name, "maxlat");
+      sides[3] = required(bounds.maxlon, name, "maxlon");
+    }
+    filler_.addBounds(parseDegrees("minlat", sides[0], maxLatitude),
+                      parseDegrees("minlon", sides[1], maxLongitude),
+                      parseDegrees("maxlat", sides[2], maxLatitude),
+                      parseDegrees("maxlon", sides[3], maxLongitude));
+  }
+
+  void end() {
+    if (ignoredDepth_ > 0) {
+      --ignoredDepth_;
+      return;
+    }
+    switch (std::exchange(context_, Context::osm)) {
+      case Context::document:
+      case Context::osm: context_ = Context::document; return;
+      case Context::remark: return endRemark();
+      case Context::node:
+        if (stored_) return filler_.storeNode(id_, latitude_, longitude_);
+        break;
+      case Context::way:
+        if (stored_) return filler_.storeWay(id_);
+        break;
+      case Context::relation:
+        if (stored_) return filler_.storeRelation(id_);
+        break;
+    }
+    filler_.drop();
+  }
+
+  // The Overpass server reports in a remark that it gave up half-way.
+  void endRemark() {
+    XML_SetCharacterDataHandler(parser_.get(), nullptr);
+    if (remark_.find("runtime error") == std::string::npos) return;
+    throw failure("the server cut this answer short: " + remark_);
+  }
+
+  struct FreeParser {
+    void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
+  };
+
+  TableFiller& filler_;
+  std::unique_ptr<std::remove_pointer_t<XML_Parser>, FreeParser> parser_;
+  std::exception_ptr error_;
+  Context context_ = Context::document;
+  std::size_t ignoredDepth_ = 0;  // how many elements deep we are in something passed over
+  Id id_ = 0;
+  bool stored_ = false;
+  double latitude_ = 0.0;
+  double longitude_ = 0.0;
+  std::string remark_;
+};
+
+}  // namespace
+
+void decodeXml(ByteSource& source, TableFiller& filler) { XmlDecoder(filler).decode(source); }
+
+}  // namespace OpenStreetMap

@@ -1,0 +1,52 @@
+// The element records that the reader hands out. Everything that they point to belongs to the reader
+// and stays where it is, unchanged, for the reader's life.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "osm/ElementTable.hpp"
+#include "osm/ElementType.hpp"
+#include "osm/TagMap.hpp"
+
+namespace OpenStreetMap {
+
+/// An OSM identifier: signed, 64 bits; nodes, ways and relations each have ids of their own.
+using Id = std::int64_t;
+
+/// The id under which the road network knows an OSM element: the same 64 bits, unsigned.
+constexpr std::uint64_t modelId(Id id) noexcept { return static_cast<std::uint64_t>(id); }
+
+using Tags = TagMap;
+
+struct Way {
+  Id id;
+  Tags tags;
+  std::span<Id const> nodeReferences;  ///< in file order; ids may repeat
+};
+
+struct Node {
+  Id id;
+  Tags tags;
+  double first;   ///< latitude in degrees, -90 to 90, as precise as the file gives it
+  double second;  ///< longitude in degrees, -180 to 180
+};
+
+struct Member {
+  ElementType type;
+  Id reference;
+  std::u16string const* role;
+};
+
+struct Relation {
+  Id id;
+  Tags tags;
+  std::span<Member const> members;  ///< in file order
+};
+
+using NodeTable = ElementTable<Node>;
+using WayTable = ElementTable<Way>;
+using RelationTable = ElementTable<Relation>;
+
+}  // namespace OpenStreetMap

@@ -1,0 +1,40 @@
+#include "osm/selectHighwayWays.hpp"
+
+#include <algorithm>
+#include <string>
+#include <unordered_set>
+
+using OpenStreetMap::Reader;
+using OpenStreetMap::Way;
+
+namespace {
+
+std::unordered_set<std::u16string> const highwayTypes{
+    u"motorway",       u"trunk",         u"primary",      u"secondary",
+    u"tertiary",       u"unclassified",  u"residential",  u"motorway_link",
+    u"trunk_link",     u"primary_link",  u"secondary_link", u"tertiary_link",
+    u"living_street",  u"service",       u"raceway",      u"road"};
+
+bool allNodesPresent(Reader& reader, Way const* way) {
+  if (way->nodeReferences.empty()) return false;
+  for (OpenStreetMap::Id const id : way->nodeReferences) {
+    reader.populate(reader.nodes);
+    if (reader.nodes.find(id) == nullptr) return false;
+  }
+  return way->nodeReferences.size() >= 2;
+}
+
+}  // namespace
+
+std::vector<Way const*> selectHighwayWays(Reader& reader) {
+  std::u16string const highway = u"highway";
+  reader.populate(reader.ways);
+  std::vector<Way const*> ways = Reader::getElementsWithTag(highway, reader.ways);
+  std::erase_if(ways, [&](Way const* way) {
+    return !highwayTypes.contains(way->tags.at(highway)) || !allNodesPresent(reader, way);
+  });
+  ways.shrink_to_fit();  // the list lives as long as the import
+  // Every later stage depends on this order, so it is not left to the reader's.
+  std::sort(ways.begin(), ways.end(), [](Way const* a, Way const* b) { return a->id < b->id; });
+  return ways;
+}
