@@ -19,7 +19,7 @@ void Reader::readFile() {
     buffer_ = std::make_unique<RecordStorage>();
     TableFiller filler(*buffer_, nodes, ways, relations);
     FileSource source(*file_, progress_);
-    decodeFile(source, filler);
+    decodeFile(source, file_->name, filler);
     latitudeLimits_ = filler.latitudeLimits();
     longitudeLimits_ = filler.longitudeLimits();
     populated_ = true;

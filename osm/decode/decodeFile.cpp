@@ -26,6 +26,8 @@ constexpr ForeignFormat foreignFormats[] = {
     {"7z\xBC\xAF"sv, "a 7z archive; unpack it first"},
     {"\xFF\xE0"sv, "in o5m format; convert it to PBF first"},
     {"SQLite format 3"sv, "an SQLite database"},
+    {"\x1F\x8B"sv, "compressed more than once; unpack it first"},
+    {"BZh"sv, "compressed more than once; unpack it first"},
     {"{"sv, "JSON; OSM XML or PBF is needed"},
     {"["sv, "JSON; OSM XML or PBF is needed"},
 };
@@ -48,10 +50,14 @@ bool looksLikePbf(std::string_view head) {
   return head.size() >= 4 && (head.starts_with("\0\0"sv) || head.substr(4).starts_with('\n'));
 }
 
-void decodeUnpacked(SniffedSource& source, TableFiller& filler) {
+void decodeUnpacked(SniffedSource& source, std::string_view name, TableFiller& filler) {
   std::string_view const head = source.head();
   if (head.empty()) throw DecodeError{"", "the file is empty"};
-  if (looksLikeXml(head)) return decodeXml(source, filler);
+  if (looksLikeXml(head)) {
+    // What a download server answers instead of the file is XML or HTML under the wanted name.
+    if (name.ends_with(".pbf")) throw DecodeError{"", "the name says PBF, but this is XML"};
+    return decodeXml(source, filler);
+  }
   if (looksLikePbf(head)) return decodePbf(source, filler);
   for (ForeignFormat const& format : foreignFormats) {
     if (withoutLeadingSpace(head).starts_with(format.magic)) {
@@ -63,18 +69,18 @@ void decodeUnpacked(SniffedSource& source, TableFiller& filler) {
 
 }  // namespace
 
-void decodeFile(ByteSource& file, TableFiller& filler) {
+void decodeFile(ByteSource& file, std::string_view name, TableFiller& filler) {
   SniffedSource packed(file);
   if (packed.head().starts_with("\x1F\x8B"sv)) {
     GzipSource gzip(packed);
     SniffedSource unpacked(gzip);
-    decodeUnpacked(unpacked, filler);
+    decodeUnpacked(unpacked, name, filler);
   } else if (packed.head().starts_with("BZh"sv)) {
     Bzip2Source bzip2(packed);
     SniffedSource unpacked(bzip2);
-    decodeUnpacked(unpacked, filler);
+    decodeUnpacked(unpacked, name, filler);
   } else {
-    decodeUnpacked(packed, filler);
+    decodeUnpacked(packed, name, filler);
   }
 }
 

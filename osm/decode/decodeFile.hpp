@@ -1,13 +1,16 @@
 // Finds out what a file is and decodes it.
 #pragma once
 
+#include <string_view>
+
 #include "osm/decode/ByteSource.hpp"
 #include "osm/decode/TableFiller.hpp"
 
 namespace OpenStreetMap {
 
 /// Decodes a whole file: OSM XML or PBF, plain or in gzip or bzip2, by what its first bytes say.
-/// Throws DecodeError, std::bad_alloc.
-void decodeFile(ByteSource& file, TableFiller& filler);
+/// The name of the file decides nothing, but XML under a name that ends in ".pbf" is refused. Throws
+/// DecodeError, std::bad_alloc.
+void decodeFile(ByteSource& file, std::string_view name, TableFiller& filler);
 
 }  // namespace OpenStreetMap

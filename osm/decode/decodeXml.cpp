@@ -107,10 +107,13 @@ class XmlDecoder {
     if (decoder->error_) return;
     try {
       action(*decoder);
+      return;
+    } catch (std::runtime_error const& error) {
+      decoder->error_ = std::make_exception_ptr(DecodeError{decoder->place(), error.what()});
     } catch (...) {
       decoder->error_ = std::current_exception();
-      XML_StopParser(decoder->parser_.get(), XML_FALSE);
     }
+    XML_StopParser(decoder->parser_.get(), XML_FALSE);
   }
   static void XMLCALL onStart(void* self, XML_Char const* name, XML_Char const** attributes) {
     guarded(self, [&](XmlDecoder& decoder) { decoder.start(name, attributes); });
@@ -130,19 +133,15 @@ class XmlDecoder {
   }
 
   [[noreturn]] void fail() const {
-    std::string const place =
-        "line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ", column " +
-        std::to_string(XML_GetCurrentColumnNumber(parser_.get()) + 1);
-    if (error_) {
-      try {
-        std::rethrow_exception(error_);
-      } catch (std::runtime_error const& error) {
-        throw DecodeError{place, error.what()};
-      }
-    }
+    if (error_) std::rethrow_exception(error_);
     XML_Error const code = XML_GetErrorCode(parser_.get());
     if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
-    throw DecodeError{place, std::string("not well-formed XML: ") + XML_ErrorString(code)};
+    throw DecodeError{place(), std::string("XML: ") + XML_ErrorString(code)};
+  }
+
+  std::string place() const {
+    return "line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ", column " +
+           std::to_string(XML_GetCurrentColumnNumber(parser_.get()) + 1);
   }
 
   void start(char const* name, XML_Char const** attributes) {
