@@ -24,7 +24,8 @@ class JsonWriter {
   void number(double value) {
     if (std::isnan(value)) return raw("null");
     if (std::isinf(value)) return raw(value > 0 ? "1e999" : "-1e999");
-    digits(value);
+    // Without a point, some readers would take it for an integer and lose the sign of -0.
+    if (digits(value).find_first_of(".e") == std::string_view::npos) raw(".0");
   }
 
   void id(unsigned long value) { digits(value); }
@@ -69,11 +70,13 @@ class JsonWriter {
   }
 
  private:
+  /// Writes the shortest digits that read back to the same number; they hold until the next call.
   template <class Number>
-  void digits(Number value) {
-    char buffer[32];
-    char* const end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    raw({buffer, static_cast<std::size_t>(end - buffer)});
+  std::string_view digits(Number value) {
+    char* const end = std::to_chars(digits_, digits_ + sizeof digits_, value).ptr;
+    std::string_view const written(digits_, static_cast<std::size_t>(end - digits_));
+    raw(written);
+    return written;
   }
 
   void escape(unsigned char c) {
@@ -88,6 +91,7 @@ class JsonWriter {
   }
 
   OutputFile& output_;
+  char digits_[32];
 };
 
 void writeNode(JsonWriter& json, Node const& node) {

@@ -1,1 +1,140 @@
-import sys; sys.exit(0)
+"""command_line_test.py PROGRAM: the program as a person meets it: arguments, messages, outputs."""
+import json
+import os
+import pathlib
+import resource
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROGRAM = sys.argv.pop(1)
+EXAMPLE = pathlib.Path(__file__).resolve().parent.parent / "examples" / "harbour-town.osm"
+EMPTY = '<osm version="0.6"></osm>'
+
+
+def run(*arguments, **options):
+    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=60, **options)
+
+
+class CommandLine(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def file(self, name, content=EMPTY):
+        path = self.folder / name
+        path.write_text(content)
+        return path
+
+    def assert_fails(self, done, code, *texts):
+        """One line on standard error and nothing on standard output."""
+        self.assertEqual(done.returncode, code, done.stderr)
+        self.assertEqual(done.stdout, b"")
+        lines = done.stderr.decode(errors="replace").splitlines()
+        self.assertEqual(len(lines), 1 if code == 1 else 2, lines)
+        self.assertTrue(lines[0].startswith("osm2roadnet: "), lines)
+        for text in texts:
+            self.assertIn(text, lines[0])
+
+    def test_wrong_arguments_are_refused_before_anything_is_opened(self):
+        output = self.folder / "out.json"
+        for arguments in ([], ["a.osm", "b.osm"], [EXAMPLE, "--nonsense"], [EXAMPLE, "-o"],
+                          [EXAMPLE, "-o", "out.xyz"], [EXAMPLE, "-o", output, "-f", "shape"], [""]):
+            with self.subTest(arguments=arguments):
+                self.assert_fails(run(*arguments), 2)
+        self.assertFalse(output.exists())
+
+    def test_help_and_version(self):
+        for option, text in (("--help", b"--overwrite"), ("--version", b"osm2roadnet ")):
+            done = run(option)
+            self.assertEqual((done.returncode, done.stderr), (0, b""))
+            self.assertIn(text, done.stdout)
+
+    def test_summary_counts(self):
+        done = run(EXAMPLE)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        for row in ("ways selected  80 of 93", "Nodes          82", "Roads          113",
+                    "joined Nodes   17"):
+            self.assertIn(row, done.stdout.decode())
+        self.assertEqual(run(EXAMPLE, "--quiet").stdout, b"")
+
+    def test_json_is_the_same_on_standard_output_and_in_a_file(self):
+        output = self.folder / "out.json"
+        self.assertEqual(run(EXAMPLE, "-o", output).returncode, 0)
+        self.assertEqual(run(EXAMPLE, "-o", "-").stdout, output.read_bytes())
+        network = json.loads(output.read_text())
+        self.assertEqual(list(network), ["limits", "geoReference", "nodes", "roads"])
+        self.assertEqual((len(network["nodes"]), len(network["roads"])), (82, 113))
+        self.assertEqual(list(network["roads"][0]),
+                         ["id", "name", "weight", "direction", "startNode", "endNode", "centersX",
+                          "centersY", "segments"])
+        self.assertIn("Hausbootsteg \U0001f6f6", [road["name"] for road in network["roads"]])
+        self.assertEqual(os.listdir(self.folder), ["out.json"])
+
+    def test_json_escapes_and_odd_numbers(self):
+        source = self.file("odd.osm", '<osm version="0.6">'
+                           '<node id="-1" lat="0.1" lon="-0.0"/><node id="2" lat="1e-7" lon="180"/>'
+                           '<way id="1"><nd ref="-1"/><nd ref="2"/><tag k="highway" v="road"/>'
+                           '<tag k="name" v="a&quot;b\\c&#10;d&#9;"/><tag k="layer" v="1e308"/></way>'
+                           "</osm>")
+        network = json.loads(run(source, "-o", "-").stdout)
+        road = network["roads"][0]
+        self.assertEqual(road["name"], 'a"b\\c\nd\t')
+        self.assertEqual(road["endNode"], 2)
+        self.assertEqual(road["startNode"], 2**64 - 1)
+        self.assertEqual(str(road["centersY"]), "[-0.0, 180.0]")
+        self.assertEqual(road["centersX"], [0.1, 1e-07])
+        self.assertEqual(road["segments"][0]["elevations"], [float("inf")] * 2)
+        self.assertEqual(road["segments"][0]["headings"], [None, None])
+        empty = json.loads(run(self.file("empty.osm"), "-o", "-").stdout)
+        self.assertEqual(empty, {"limits": [], "nodes": [], "roads": [], "geoReference":
+                                 {"latitude": None, "longitude": None, "altitude": 0}})
+
+    def test_an_existing_output_is_kept_unless_told_otherwise(self):
+        output = self.file("out.json", "precious")
+        self.assert_fails(run(EXAMPLE, "-o", output), 1, str(output), "--overwrite")
+        self.assertEqual(output.read_text(), "precious")
+        broken = self.file("broken.osm", "<osm")
+        self.assert_fails(run(broken, "-o", output, "--overwrite"), 1, str(broken), "line 1")
+        self.assertEqual(output.read_text(), "precious")
+        link = self.folder / "link.json"
+        link.symlink_to(output)
+        self.assertEqual(run(EXAMPLE, "-o", link, "--overwrite").returncode, 0)
+        self.assertTrue(link.is_symlink())
+        self.assertTrue(output.read_text().startswith("{"))
+        self.assertEqual(sorted(os.listdir(self.folder)), ["broken.osm", "link.json", "out.json"])
+
+    def test_unreadable_inputs(self):
+        pipe = self.folder / "pipe"
+        os.mkfifo(pipe)
+        for source, reason in ((self.folder / "none.osm", "No such file"),
+                               (self.folder, "is a directory"),
+                               (pipe, "not a regular file"),
+                               (self.file("a b\nc.osm", "x"), "not an OSM file"),
+                               (os.fsencode(self.folder) + b"/\xff.osm", "UTF-8")):
+            with self.subTest(source=source):
+                self.assert_fails(run(source), 1, reason)
+
+    def test_outputs_that_cannot_be_written(self):
+        self.assert_fails(run(EXAMPLE, "-o", self.folder / "none" / "out.json"), 1, "can't write")
+        self.assert_fails(run(EXAMPLE, "-f", "json", "-o", self.folder), 1, "is a directory")
+        self.assert_fails(run(EXAMPLE, "-f", "json", "-o", "/dev/full"), 1, "/dev/full", "No space")
+        with open("/dev/full", "w") as full:
+            done = subprocess.run([PROGRAM, EXAMPLE], stdout=full, stderr=subprocess.PIPE)
+        self.assertEqual(done.returncode, 1)
+
+    def test_a_failed_write_leaves_nothing(self):
+        def limit_file_size():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
+
+        done = run(EXAMPLE, "-o", self.folder / "out.json", preexec_fn=limit_file_size)
+        self.assert_fails(done, 1, "File too large")
+        self.assertEqual(os.listdir(self.folder), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
