@@ -8,7 +8,6 @@
 namespace velora::roadnetwork {
 
 using kb::zero::Handle;
-using kb::zero::ModelElementImpl;
 using kb::zero::meta::Property;
 
 NodeImpl::NodeImpl(boost::uuids::uuid const& uuid)

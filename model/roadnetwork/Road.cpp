@@ -7,7 +7,6 @@
 namespace velora::roadnetwork {
 
 using kb::zero::Handle;
-using kb::zero::ModelElementImpl;
 using kb::zero::meta::Property;
 
 RoadImpl::RoadImpl(boost::uuids::uuid const& uuid)

@@ -6,8 +6,6 @@
 
 namespace velora::roadnetwork {
 
-using kb::zero::ModelElementImpl;
-
 namespace {
 
 bool allows(Road const& road, DirectionOfTravel wanted) {

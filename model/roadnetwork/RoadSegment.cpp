@@ -4,8 +4,6 @@
 
 namespace velora::roadnetwork {
 
-using kb::zero::ModelElementImpl;
-
 void RoadSegmentImpl::setGeometry(std::vector<double> const& centersX,
                                   std::vector<double> const& centersY,
                                   std::vector<double> const& elevations,

@@ -19,9 +19,9 @@ bool ReferenceCollection::contains(ModelElementImpl const& element) const noexce
 }
 
 ModelElement ReferenceCollection::read(std::size_t index) const {
-  ModelElement const found = stored(index);
+  ModelElement found = stored(index);
   if (!found->isProxy()) return found;
-  ModelElement const resolved = resolveProxy(found);
+  ModelElement resolved = resolveProxy(found);
   if (!mayReplaceProxy(resolved)) return found;
   // Resolving may have changed the collection.
   if (index < references_.size() && references_[index].element == found.get()) {
