@@ -35,10 +35,12 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
                  "OSM XML or PBF file; gzip and bzip2 are unpacked; told by content")
       ->required()
       ->type_name("");
-  app.add_option("-o,--output", options.output, "write the network to this file; - is standard output")
+  app.add_option("-o,--output", options.output,
+                 "write the network to this file; - is standard output")
       ->type_name("FILE");
   CLI::Option const* const format =
-      app.add_option("-f,--format", options.format, "format of the output: json; default: by its ending")
+      app.add_option("-f,--format", options.format,
+                     "format of the output: json; default: by its ending")
           ->transform(CLI::CheckedTransformer(formats))
           ->type_name("FORMAT");
   app.add_flag("--overwrite", options.overwrite, "replace an existing output");

@@ -111,6 +111,6 @@ void OutputFile::flush() {
 }
 
 void OutputFile::fail() const {
-  throw std::runtime_error((name_ == "-" ? "standard output" : name_) + ": can't write: " +
-                           std::generic_category().message(errno));
+  throw std::runtime_error((name_ == "-" ? "standard output" : name_) +
+                           ": can't write: " + std::generic_category().message(errno));
 }

@@ -24,8 +24,7 @@ void import(Options const& options) {
 
   auto const start = std::chrono::steady_clock::now();
   kb::zero::Model const model = kb::zero::Model::create();
-  auto const network =
-      velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
+  auto const network = velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
   RoadNetworkImporter importer(model, network);
   {
     ProgressLine progress(!options.quiet);

@@ -13,9 +13,9 @@
 #include "osm/Reader.hpp"
 #include "support/IdHash.hpp"
 
-/// One import: made on a model and a network, run once, asked for the limits, destroyed. It owns the
-/// reader and every table that one stage leaves for a later one. The stages are free functions that
-/// take the importer, work through these fields alone and keep nothing of their own.
+/// One import: made on a model and a network, run once, asked for the limits, destroyed. It owns
+/// the reader and every table that one stage leaves for a later one. The stages are free functions
+/// that take the importer, work through these fields alone and keep nothing of their own.
 class RoadNetworkImporter {
  public:
   using WayId = OpenStreetMap::Id;

@@ -20,9 +20,9 @@ struct FileHandlerDeleter {
 
 using FileHandle = std::unique_ptr<FileHandler, FileHandlerDeleter>;
 
-/// Opens a regular file for reading. `path` is UTF-16. Throws ReadError with the reason: there is no
-/// such file, it may not be read, it is a directory or another special file, the path holds a NUL
-/// or is not well-formed UTF-16 (such a path never opens some other file).
+/// Opens a regular file for reading. `path` is UTF-16. Throws ReadError with the reason: there is
+/// no such file, it may not be read, it is a directory or another special file, the path holds a
+/// NUL or is not well-formed UTF-16 (such a path never opens some other file).
 FileHandle openFile(std::u16string const& path);
 
 }  // namespace OpenStreetMap

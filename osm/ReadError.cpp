@@ -1,14 +1,18 @@
 #include "osm/ReadError.hpp"
 
+#include "support/ustring.hpp"
+
 namespace OpenStreetMap {
 namespace {
 
-// A file name or a piece of the file may hold anything; the message stays one line of text.
-std::string printable(std::string text) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+// A file name or a piece of the file may hold anything; the message stays one line of UTF-8.
+std::string printable(std::string const& text) {
+  std::u16string units;
+  support::decodeUtf8(text, units);
+  for (char16_t& unit : units) {
+    if (unit < 0x20 || unit == 0x7F) unit = u'?';
   }
-  return text;
+  return support::ustring_to_utf8(units);
 }
 
 }  // namespace

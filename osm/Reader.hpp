@@ -16,8 +16,8 @@
 
 namespace OpenStreetMap {
 
-/// A lowest and a highest value in degrees, both NaN while unknown. Where a file's bounds cross the
-/// antimeridian, the first longitude is the greater one.
+/// A lowest and a highest value in degrees, both NaN while unknown. Where a file's only bounds cross
+/// the antimeridian, the first longitude is the greater one.
 using Limits = std::pair<double, double>;
 inline constexpr Limits unknownLimits{std::numeric_limits<double>::quiet_NaN(),
                                       std::numeric_limits<double>::quiet_NaN()};

@@ -1,5 +1,5 @@
-// The element records that the reader hands out. Everything that they point to belongs to the reader
-// and stays where it is, unchanged, for the reader's life.
+// The element records that the reader hands out. Everything that they point to belongs to the
+// reader and stays where it is, unchanged, for the reader's life.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,9 @@ namespace OpenStreetMap {
 using Id = std::int64_t;
 
 /// The id under which the road network knows an OSM element: the same 64 bits, unsigned.
-constexpr std::uint64_t modelId(Id id) noexcept { return static_cast<std::uint64_t>(id); }
+constexpr std::uint64_t modelId(Id id) noexcept {
+  return static_cast<std::uint64_t>(id);
+}
 
 using Tags = TagMap;
 

@@ -10,10 +10,10 @@ using OpenStreetMap::Way;
 namespace {
 
 std::unordered_set<std::u16string> const highwayTypes{
-    u"motorway",       u"trunk",         u"primary",      u"secondary",
-    u"tertiary",       u"unclassified",  u"residential",  u"motorway_link",
-    u"trunk_link",     u"primary_link",  u"secondary_link", u"tertiary_link",
-    u"living_street",  u"service",       u"raceway",      u"road"};
+    u"motorway",      u"trunk",        u"primary",        u"secondary",
+    u"tertiary",      u"unclassified", u"residential",    u"motorway_link",
+    u"trunk_link",    u"primary_link", u"secondary_link", u"tertiary_link",
+    u"living_street", u"service",      u"raceway",        u"road"};
 
 bool allNodesPresent(Reader& reader, Way const* way) {
   if (way->nodeReferences.empty()) return false;

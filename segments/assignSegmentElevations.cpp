@@ -64,10 +64,9 @@ void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadEle
     double const atEnd = road->getEndNode()->getElevation();
     RoadSegment const segment = road->getRoadSegments()[0];
     auto const& x = segment->getCentersX();
-    std::vector<double> const elevations =
-        onRoad == atStart && onRoad == atEnd
-            ? std::vector<double>(x.size(), onRoad)
-            : elevationProfile(x.size(), atStart, onRoad, atEnd);
+    std::vector<double> const elevations = onRoad == atStart && onRoad == atEnd
+                                               ? std::vector<double>(x.size(), onRoad)
+                                               : elevationProfile(x.size(), atStart, onRoad, atEnd);
     segment->setGeometry({x.begin(), x.end()}, segment->getCentersY().values(), elevations,
                          segment->getBankingAngles().values(), segment->getHeadings().values());
   }

@@ -1,5 +1,6 @@
 #include "support/ustring.hpp"
 
+#include <unicode/ucnv.h>
 #include <unicode/ustring.h>
 
 #include <algorithm>
@@ -14,7 +15,9 @@ namespace {
 constexpr UChar32 noSubstitute = -1;
 constexpr UChar32 replacementCharacter = 0xFFFD;
 
-bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+bool isAscii(char byte) {
+  return static_cast<unsigned char>(byte) < 0x80;
+}
 
 // ICU counts in 32 bits.
 std::int32_t icuLength(std::size_t length) {
@@ -62,6 +65,34 @@ std::string ustring_to_utf8(char16_t const* text, std::size_t length) {
   u_strToUTF8WithSub(result.data(), units * 3, &size, text, units, replacementCharacter, nullptr,
                      &error);
   if (error == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
+  result.resize(static_cast<std::size_t>(size));
+  return result;
+}
+
+codecvt_ustring_to_string::codecvt_ustring_to_string(char const* encoding, int strict) {
+  UErrorCode error = U_ZERO_ERROR;
+  converter_.reset(ucnv_open(encoding, &error));
+  if (strict != 0 && U_SUCCESS(error)) {
+    ucnv_setFromUCallBack(converter_.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                          &error);
+  }
+  if (error == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
+  if (U_FAILURE(error)) throw std::invalid_argument(std::string("unknown encoding ") + encoding);
+}
+
+void codecvt_ustring_to_string::Close::operator()(UConverter* converter) const noexcept {
+  ucnv_close(converter);
+}
+
+std::string codecvt_ustring_to_string::do_convert(char16_t const* text, std::size_t length) const {
+  std::int32_t const units = icuLength(length);
+  auto const capacity = UCNV_GET_MAX_BYTES_FOR_STRING(units, ucnv_getMaxCharSize(converter_.get()));
+  std::string result(static_cast<std::size_t>(capacity), '\0');
+  UErrorCode error = U_ZERO_ERROR;
+  std::int32_t const size =
+      ucnv_fromUChars(converter_.get(), result.data(), capacity, text, units, &error);
+  if (error == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
+  if (U_FAILURE(error)) throw std::range_error("text that can't be converted: ill-formed UTF-16");
   result.resize(static_cast<std::size_t>(size));
   return result;
 }

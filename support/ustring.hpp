@@ -1,10 +1,14 @@
 // Conversions between the narrow text of the outside world (UTF-8) and the UTF-16 text that tags,
-// names and paths are held in. All of them are total: a `char16_t` string made here is well-formed.
+// names and paths are held in. A string made here is well-formed.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+
+struct UConverter;
 
 namespace support {
 
@@ -20,6 +24,23 @@ std::string ustring_to_utf8(char16_t const* text, std::size_t length);
 inline std::string ustring_to_utf8(std::u16string_view text) {
   return ustring_to_utf8(text.data(), text.size());
 }
+
+/// Converts UTF-16 to text in a named encoding.
+class codecvt_ustring_to_string {
+ public:
+  /// `encoding` is a name that ICU knows, such as "UTF-8"; with `strict` 0, what can't be converted
+  /// is replaced, otherwise it is an error. Throws std::invalid_argument for an unknown name.
+  codecvt_ustring_to_string(char const* encoding, int strict);
+
+  /// Throws std::range_error for ill-formed UTF-16 or characters that the encoding lacks.
+  std::string do_convert(char16_t const* text, std::size_t length) const;
+
+ private:
+  struct Close {
+    void operator()(UConverter* converter) const noexcept;
+  };
+  std::unique_ptr<UConverter, Close> converter_;
+};
 
 /// A number as signed decimal text, as the format "%ld" writes it.
 std::u16string decimal(std::int64_t number);

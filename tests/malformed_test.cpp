@@ -12,6 +12,8 @@
 #include "support/ustring.hpp"
 #include "tests/fixture/Import.hpp"
 
+using velora::roadnetwork::Road;
+
 namespace {
 
 struct Row {
@@ -60,23 +62,36 @@ std::string list(std::vector<OpenStreetMap::Id> const& ids) {
   return "[" + text + "]";
 }
 
+// The ids of the nodes under a road's points.
+std::vector<OpenStreetMap::Id> nodesOf(Road const& road, OpenStreetMap::NodeTable const& all) {
+  auto const start = static_cast<OpenStreetMap::Id>(road->getStartNode()->getID());
+  auto const end = static_cast<OpenStreetMap::Id>(road->getEndNode()->getID());
+  std::vector<OpenStreetMap::Id> ids{start};
+  for (std::size_t i = 1; i + 1 < road->getCentersX().size(); ++i) {
+    ids.push_back(0);
+    for (auto const& node : all) {
+      if (node.first != road->getCentersX()[i] || node.second != road->getCentersY()[i]) continue;
+      // Where nodes share a place, an end of the road is the less likely one.
+      if (ids.back() == 0 || (node.id != start && node.id != end)) ids.back() = node.id;
+    }
+  }
+  ids.push_back(end);
+  return ids;
+}
+
 // The network in the words of the table. `shortly`: only count the roads; `named`: only their
 // names.
 std::string describe(Import const& import, bool shortly, bool named) {
-  std::map<std::pair<double, double>, OpenStreetMap::Id> ids;
-  for (auto const& node : import.importer().reader.nodes) ids[{node.first, node.second}] = node.id;
   double pieces = 0.0;
   std::map<unsigned long, std::string> roads;
-  for (auto const& road : import.network()->getRoads()) {
+  for (Road const& road : import.network()->getRoads()) {
     pieces += road->getWeight();
-    std::vector<OpenStreetMap::Id> nodes;
-    for (std::size_t i = 0; i < road->getCentersX().size(); ++i) {
-      nodes.push_back(ids.at({road->getCentersX()[i], road->getCentersY()[i]}));
-    }
+    std::string const id = std::to_string(road->getID());
+    std::string const direction = std::to_string(static_cast<int>(road->getDirection()));
     roads[road->getID()] = named ? "\"" + support::ustring_to_utf8(road->getName()) + "\""
-                                 : std::to_string(road->getID()) + ":" + list(nodes) + " dir" +
-                                       std::to_string(static_cast<int>(road->getDirection())) +
-                                       " ways" + list(waysOf(import.importer(), road->getID()));
+                                 : id + ":" + list(nodesOf(road, import.importer().reader.nodes)) +
+                                       " dir" + direction + " ways" +
+                                       list(waysOf(import.importer(), road->getID()));
   }
   std::string all;
   for (auto const& [id, road] : roads) all += (all.empty() ? "" : "; ") + road;

@@ -5,8 +5,6 @@
 
 namespace velora::roadnetwork {
 
-class RoadNetworkImpl;
-
 class GeoReferenceImpl : public kb::zero::ModelElementImpl {
  public:
   using ModelElementImpl::ModelElementImpl;
@@ -18,7 +16,7 @@ class GeoReferenceImpl : public kb::zero::ModelElementImpl {
   double getAltitude() const noexcept { return altitude_; }
 
  protected:
-  void detach() override { detachFromAll(); }
+  bool hasUnknownReferrers() const override { return true; }
 
  private:
   double latitude_ = 0.0;

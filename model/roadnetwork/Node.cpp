@@ -17,11 +17,17 @@ NodeImpl::NodeImpl(boost::uuids::uuid const& uuid)
 
 NodeImpl::~NodeImpl() = default;
 
-bool NodeImpl::hasPosition() const { return position_.size() >= 3; }
+bool NodeImpl::hasPosition() const {
+  return position_.size() >= 3;
+}
 
-std::vector<double> const& NodeImpl::getPosition() const { return position_; }
+std::vector<double> const& NodeImpl::getPosition() const {
+  return position_;
+}
 
-void NodeImpl::setPosition(std::vector<double> const& position) { position_ = position; }
+void NodeImpl::setPosition(std::vector<double> const& position) {
+  position_ = position;
+}
 
 double NodeImpl::getElevation() const noexcept {
   return position_.size() >= 3 ? position_[2] : std::numeric_limits<double>::quiet_NaN();
@@ -36,6 +42,12 @@ void NodeImpl::detach() {
     }
   }
   if (network_ != nullptr) network_->removeNode(*this);
+}
+
+bool NodeImpl::refersTo(Property const& property, kb::zero::ModelElementImpl const& other) const {
+  if (&property == &incomingRoadsProperty()) return incomingRoads_.contains(other);
+  if (&property == &outgoingRoadsProperty()) return outgoingRoads_.contains(other);
+  return false;
 }
 
 bool NodeImpl::isNode(ModelElementImpl const& element) {

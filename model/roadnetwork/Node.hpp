@@ -44,6 +44,8 @@ class NodeImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
+  bool refersTo(kb::zero::meta::Property const& property,
+                kb::zero::ModelElementImpl const& other) const override;
 
  private:
   friend class RoadImpl;

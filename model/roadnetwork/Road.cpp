@@ -1,6 +1,7 @@
 #include "model/roadnetwork/Road.hpp"
 
 #include <stdexcept>
+#include <utility>
 
 #include "model/roadnetwork/RoadNetwork.hpp"
 
@@ -15,7 +16,6 @@ RoadImpl::RoadImpl(boost::uuids::uuid const& uuid)
 RoadImpl::~RoadImpl() {
   setStartNode(Node());
   setEndNode(Node());
-  while (roadSegments_.size() > 0) roadSegments_.last()->leaveRoad();
 }
 
 void RoadImpl::setStartNode(Node const& node) {
@@ -34,21 +34,29 @@ void RoadImpl::setEndNode(Node const& node) {
 
 void RoadImpl::setCenters(std::vector<double> const& x, std::vector<double> const& y) {
   if (x.size() != y.size()) throw std::invalid_argument("centre sequences of different length");
-  centersX_.assign(x);
-  centersY_.assign(y);
+  // Both are copied before either is replaced, as in RoadSegmentImpl::setGeometry.
+  std::vector<double> copies[] = {x, y};
+  centersX_.assign(std::move(copies[0]));
+  centersY_.assign(std::move(copies[1]));
 }
 
 void RoadImpl::addRoadSegment(RoadSegment const& segment) {
-  segment->leaveRoad();
   roadSegments_.append(segment);
-  segment->road_ = this;
 }
 
 void RoadImpl::detach() {
   setStartNode(Node());
   setEndNode(Node());
-  while (roadSegments_.size() > 0) roadSegments_.last()->destroy();
+  while (roadSegments_.size() > 0) {
+    RoadSegment const segment = roadSegments_.last();
+    roadSegments_.remove(*segment.get());
+    segment->destroyPart();
+  }
   if (network_ != nullptr) network_->removeRoad(*this);
+}
+
+void RoadImpl::forget(kb::zero::ModelElementImpl const& other) {
+  roadSegments_.remove(other);
 }
 
 void RoadImpl::forgetNode(NodeImpl const& node) noexcept {

@@ -45,7 +45,7 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   Sequence const& getCentersX() const noexcept { return centersX_; }
   Sequence const& getCentersY() const noexcept { return centersY_; }
 
-  /// Appends a segment, which the road owns from then on; it leaves the road that it was in.
+  /// Appends a segment, which is the road's from then on: destroying the road destroys it.
   virtual void addRoadSegment(RoadSegment const& segment);
   kb::zero::ReferenceCollectionOf<RoadSegment> const& getRoadSegments() const noexcept {
     return roadSegments_;
@@ -58,13 +58,13 @@ class RoadImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
+  void forget(kb::zero::ModelElementImpl const& other) override;
   bool refersTo(kb::zero::meta::Property const& property,
                 kb::zero::ModelElementImpl const& other) const override;
 
  private:
   friend class NodeImpl;
   friend class RoadNetworkImpl;
-  friend class RoadSegmentImpl;
 
   void forgetNode(NodeImpl const& node) noexcept;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 #include <stdexcept>
+#include <utility>
 
 namespace velora::roadnetwork {
 
@@ -62,8 +63,8 @@ void RoadNetworkImpl::addNodes(std::vector<unsigned long> const& ids,
   // In ascending order each insertion into the map finds its place at once.
   std::vector<std::size_t> order(ids.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
-  std::sort(order.begin(), order.end(),
-            [&](std::size_t a, std::size_t b) { return ids[a] < ids[b]; });
+  std::stable_sort(order.begin(), order.end(),
+                   [&](std::size_t a, std::size_t b) { return ids[a] < ids[b]; });
   for (std::size_t const i : order) {
     if (nodes_[ids[i]]) continue;
     Node const node = Node::create(getModel(), boost::uuids::uuid{});
@@ -79,7 +80,7 @@ void RoadNetworkImpl::addNodes(std::vector<unsigned long> const& ids,
 void RoadNetworkImpl::detach() {
   while (!roads_.empty()) Road(roads_.back())->destroy();
   while (nodes_.size() > 0) Node(nodes_.begin()->second)->destroy();
-  geoReference_ = GeoReference();
+  if (GeoReference const reference = std::exchange(geoReference_, {})) reference->destroy();
 }
 
 void RoadNetworkImpl::forget(ModelElementImpl const& other) {

@@ -15,8 +15,7 @@ namespace velora::roadnetwork {
 
 class RoadNetworkImpl : public kb::zero::ModelElementImpl {
  public:
-  using NodeMap =
-      kb::zero::ElementMapBase<unsigned long, Node, std::map<unsigned long, Node>>;
+  using NodeMap = kb::zero::ElementMapBase<unsigned long, Node, std::map<unsigned long, Node>>;
 
   using ModelElementImpl::ModelElementImpl;
   ~RoadNetworkImpl() override;

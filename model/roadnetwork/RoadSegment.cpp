@@ -1,7 +1,5 @@
 #include "model/roadnetwork/RoadSegment.hpp"
 
-#include "model/roadnetwork/Road.hpp"
-
 namespace velora::roadnetwork {
 
 void RoadSegmentImpl::setGeometry(std::vector<double> const& centersX,
@@ -9,11 +7,14 @@ void RoadSegmentImpl::setGeometry(std::vector<double> const& centersX,
                                   std::vector<double> const& elevations,
                                   std::vector<double> const& bankingAngles,
                                   std::vector<double> const& headings) {
-  centersX_.assign(centersX);
-  centersY_.assign(centersY);
-  elevations_.assign(elevations);
-  bankingAngles_.assign(bankingAngles);
-  headings_.assign(headings);
+  // All are copied before any is replaced: an argument may be one of this segment's sequences, and
+  // a failure leaves all as they were.
+  std::vector<double> copies[] = {centersX, centersY, elevations, bankingAngles, headings};
+  centersX_.assign(std::move(copies[0]));
+  centersY_.assign(std::move(copies[1]));
+  elevations_.assign(std::move(copies[2]));
+  bankingAngles_.assign(std::move(copies[3]));
+  headings_.assign(std::move(copies[4]));
 }
 
 bool RoadSegmentImpl::isRoadSegment(ModelElementImpl const& element) {
@@ -21,7 +22,6 @@ bool RoadSegmentImpl::isRoadSegment(ModelElementImpl const& element) {
 }
 
 void RoadSegmentImpl::detach() {
-  leaveRoad();
   startNode_ = RoadSegmentNode();
   endNode_ = RoadSegmentNode();
 }
@@ -29,10 +29,6 @@ void RoadSegmentImpl::detach() {
 void RoadSegmentImpl::forget(ModelElementImpl const& other) {
   if (startNode_.get() == &other) startNode_ = RoadSegmentNode();
   if (endNode_.get() == &other) endNode_ = RoadSegmentNode();
-}
-
-void RoadSegmentImpl::leaveRoad() noexcept {
-  if (RoadImpl* const road = std::exchange(road_, nullptr)) road->roadSegments_.remove(*this);
 }
 
 }  // namespace velora::roadnetwork

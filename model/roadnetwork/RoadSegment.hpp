@@ -9,8 +9,6 @@
 
 namespace velora::roadnetwork {
 
-class RoadImpl;
-
 class RoadSegmentImpl : public kb::zero::ModelElementImpl {
  public:
   using Sequence = kb::zero::PrimitiveCollection<double, std::vector<double>>;
@@ -43,12 +41,9 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
  protected:
   void detach() override;
   void forget(kb::zero::ModelElementImpl const& other) override;
+  bool hasUnknownReferrers() const override { return true; }
 
  private:
-  friend class RoadImpl;
-
-  void leaveRoad() noexcept;
-
   unsigned long id_ = 0;
   RoadSegmentNode startNode_;
   RoadSegmentNode endNode_;
@@ -57,7 +52,6 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
   Sequence elevations_;
   Sequence bankingAngles_;
   Sequence headings_;
-  RoadImpl* road_ = nullptr;  // not counted: the road owns its segments
 };
 
 class RoadSegment : public kb::zero::Handle<RoadSegmentImpl> {

@@ -13,7 +13,7 @@ class RoadSegmentNodeImpl : public kb::zero::ModelElementImpl {
   void setID(unsigned long id) noexcept { id_ = id; }
 
  protected:
-  void detach() override { detachFromAll(); }
+  bool hasUnknownReferrers() const override { return true; }
 
  private:
   unsigned long id_ = 0;

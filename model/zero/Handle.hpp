@@ -25,8 +25,8 @@ class Handle {
   Handle(Handle const& other) noexcept : impl_(other.impl_) { addRef(); }
   Handle(Handle&& other) noexcept : impl_(std::exchange(other.impl_, nullptr)) {}
   template <class Derived>
-    requires std::derived_from<Derived, ImplType>
-  Handle(Handle<Derived> const& other) noexcept : Handle(other.get()) {}
+  requires std::derived_from<Derived, ImplType> Handle(Handle<Derived> const& other)
+  noexcept : Handle(other.get()) {}
   Handle& operator=(Handle other) noexcept {
     std::swap(impl_, other.impl_);
     return *this;

@@ -11,7 +11,9 @@ ModelElementImpl::ModelElementImpl(boost::uuids::uuid const& uuid) noexcept : uu
   liveElements.fetch_add(1, std::memory_order_relaxed);
 }
 
-ModelElementImpl::~ModelElementImpl() { liveElements.fetch_sub(1, std::memory_order_relaxed); }
+ModelElementImpl::~ModelElementImpl() {
+  liveElements.fetch_sub(1, std::memory_order_relaxed);
+}
 
 std::size_t ModelElementImpl::liveCount() noexcept {
   return liveElements.load(std::memory_order_relaxed);
@@ -19,20 +21,25 @@ std::size_t ModelElementImpl::liveCount() noexcept {
 
 void ModelElementImpl::destroy() {
   ModelElement const keepUntilDone(this);
+  if (model_ != nullptr && hasUnknownReferrers()) {
+    for (Handle<ModelElementImpl> const& element : model_->elements_) element->forget(*this);
+  }
+  destroyPart();
+}
+
+void ModelElementImpl::destroyPart() {
+  ModelElement const keepUntilDone(this);
   detach();
   if (model_ != nullptr) model_->release(*this);
 }
 
-ModelElement ModelElementImpl::resolve() const { return {}; }
+ModelElement ModelElementImpl::resolve() const {
+  return {};
+}
 
 bool ModelElementImpl::_inverseContainsThis(ModelElementImpl* element,
                                             meta::Property const& inverse) const {
   return element != nullptr && element->refersTo(inverse, *this);
-}
-
-void ModelElementImpl::detachFromAll() {
-  if (model_ == nullptr) return;
-  for (Handle<ModelElementImpl> const& element : model_->elements_) element->forget(*this);
 }
 
 }  // namespace kb::zero

@@ -26,9 +26,12 @@ class ModelElementImpl : public ElementImpl {
   /// The model that it belongs to; null when it was destroyed or the model is gone.
   Model getModel() const noexcept { return Model(model_); }
 
-  /// Deletes the element from its model: afterwards no map, collection or element refers to it.
-  /// Handles that still point to it can only be released. Destroying twice does nothing more.
+  /// Deletes the element from its model: afterwards no map, collection or element of the model
+  /// refers to it. Handles that still point to it can only be released. Destroying twice does
+  /// nothing more.
   void destroy();
+  /// The same for an element that only its owner refers to, when the owner has let go of it.
+  void destroyPart();
 
   /// Whether this stands in for an element that is not loaded yet.
   virtual bool isProxy() const { return false; }
@@ -47,12 +50,13 @@ class ModelElementImpl : public ElementImpl {
   /// Drops the references that this element itself holds to `other`, which is being destroyed.
   virtual void forget(ModelElementImpl const& /*other*/) {}
   /// Whether this element's property `property` refers to `other`.
-  virtual bool refersTo(meta::Property const& /*property*/, ModelElementImpl const& /*other*/) const {
+  virtual bool refersTo(meta::Property const& /*property*/,
+                        ModelElementImpl const& /*other*/) const {
     return false;
   }
-  /// Lets all elements of the model forget this one: for kinds that nobody keeps an inverse of.
-  /// Takes time in proportion to the size of the model.
-  void detachFromAll();
+  /// Whether there may be elements that refer to this one without its knowing. Destroying it then
+  /// lets all elements of the model forget it, in time proportional to the size of the model.
+  virtual bool hasUnknownReferrers() const { return false; }
 
  private:
   friend class ModelImpl;

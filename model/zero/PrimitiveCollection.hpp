@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 
 #include "model/zero/internal/SequenceIteratorPrimitive.hpp"
 
@@ -28,7 +29,7 @@ class PrimitiveCollection {
   const_reverse_iterator rbegin() const { return const_reverse_iterator(first() + values_.size()); }
   const_reverse_iterator rend() const { return const_reverse_iterator(first()); }
 
-  void assign(Storage const& values) { values_ = values; }
+  void assign(Storage&& values) noexcept { values_ = std::move(values); }
 
  private:
   T const* first() const { return values_.data(); }

@@ -8,8 +8,13 @@ void ReferenceCollection::append(ModelElement const& element) {
 }
 
 void ReferenceCollection::remove(ModelElementImpl const& element) noexcept {
-  auto const found = std::find_if(references_.rbegin(), references_.rend(),
-                                  [&](Reference const& r) { return r.element == &element; });
+  auto const isElement = [&](Reference const& r) { return r.element == &element; };
+  if (mayRepeat_) {
+    std::erase_if(references_, isElement);
+    return;
+  }
+  // From the end: what came last mostly goes first.
+  auto const found = std::find_if(references_.rbegin(), references_.rend(), isElement);
   if (found != references_.rend()) references_.erase(std::next(found).base());
 }
 
@@ -25,6 +30,7 @@ ModelElement ReferenceCollection::read(std::size_t index) const {
   if (!mayReplaceProxy(resolved)) return found;
   // Resolving may have changed the collection.
   if (index < references_.size() && references_[index].element == found.get()) {
+    mayRepeat_ = mayRepeat_ || contains(*resolved.get());
     references_[index] = makeReference(resolved);
   }
   return resolved;
@@ -41,7 +47,8 @@ bool ReferenceCollection::refersToOwner(ModelElement const& element) const {
          owner_->_inverseContainsThis(element.get(), *inverse.get());
 }
 
-ReferenceCollection::Reference ReferenceCollection::makeReference(ModelElement const& element) const {
+ReferenceCollection::Reference ReferenceCollection::makeReference(
+    ModelElement const& element) const {
   bool const counted = isComposite() || !refersToOwner(element);
   return {element.get(), counted ? element : ModelElement()};
 }

@@ -29,8 +29,7 @@ class ReferenceCollection {
   /// The element that `proxy` stands for, or null.
   ModelElement resolveProxy(ModelElement const& proxy) const { return proxy->resolve(); }
 
-  /// Takes the last stored reference to `element` out; the others keep their order. Does nothing
-  /// when there is none.
+  /// Takes `element` out; the others keep their order. Does nothing when it is not stored.
   void remove(ModelElementImpl const& element) noexcept;
   void clear() noexcept { references_.clear(); }
   /// Whether `element` itself is stored (proxies are not resolved).
@@ -62,6 +61,7 @@ class ReferenceCollection {
   ModelElementImpl* owner_;
   meta::Property const* property_;
   mutable std::vector<Reference> references_;
+  mutable bool mayRepeat_ = false;  // an element took a proxy's place that was stored already
 };
 
 /// A collection of elements of kind `X`.
@@ -86,6 +86,7 @@ class ReferenceCollectionOf : public ReferenceCollection {
       ++index_;
       return *this;
     }
+    const_iterator operator++(int) noexcept { return {collection_, index_++}; }
     friend bool operator==(const_iterator const&, const_iterator const&) noexcept = default;
 
    private:

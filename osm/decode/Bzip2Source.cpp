@@ -9,9 +9,13 @@
 
 namespace OpenStreetMap {
 
-Bzip2Source::Bzip2Source(ByteSource& packed) : packed_(packed) { start(); }
+Bzip2Source::Bzip2Source(ByteSource& packed) : packed_(packed) {
+  start();
+}
 
-Bzip2Source::~Bzip2Source() { BZ2_bzDecompressEnd(&stream_); }
+Bzip2Source::~Bzip2Source() {
+  BZ2_bzDecompressEnd(&stream_);
+}
 
 void Bzip2Source::start() {
   if (BZ2_bzDecompressInit(&stream_, 0, 0) != BZ_OK) throw std::bad_alloc();

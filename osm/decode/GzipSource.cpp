@@ -14,10 +14,13 @@ GzipSource::GzipSource(ByteSource& packed) : packed_(packed) {
   if (inflateInit2(&stream_, MAX_WBITS + gzipOnly) != Z_OK) throw std::bad_alloc();
 }
 
-GzipSource::~GzipSource() { inflateEnd(&stream_); }
+GzipSource::~GzipSource() {
+  inflateEnd(&stream_);
+}
 
 std::size_t GzipSource::read(char* buffer, std::size_t size) {
-  auto const room = static_cast<uInt>(std::min<std::size_t>(size, std::numeric_limits<uInt>::max()));
+  auto const room =
+      static_cast<uInt>(std::min<std::size_t>(size, std::numeric_limits<uInt>::max()));
   stream_.next_out = reinterpret_cast<Bytef*>(buffer);
   stream_.avail_out = room;
   while (!finished_ && stream_.avail_out == room) {
@@ -35,8 +38,7 @@ std::size_t GzipSource::read(char* buffer, std::size_t size) {
 }
 
 bool GzipSource::refill() {
-  std::size_t const count =
-      packed_.read(reinterpret_cast<char*>(input_.data()), input_.size());
+  std::size_t const count = packed_.read(reinterpret_cast<char*>(input_.data()), input_.size());
   packedBytes_ += count;
   stream_.next_in = input_.data();
   stream_.avail_in = static_cast<uInt>(count);

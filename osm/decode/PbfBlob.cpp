@@ -42,7 +42,9 @@ std::string_view PbfBlobUnpacker::unpack(std::string_view blob) {
   pbf::pbf_reader fields(blob.data(), blob.size());
   while (fields.next()) {
     switch (fields.tag()) {
-      case rawSize: size = pbf::int32(fields); break;
+      case rawSize:
+        size = pbf::int32(fields);
+        break;
       case raw:
       case zlibData:
       case lzmaData:
@@ -53,7 +55,8 @@ std::string_view PbfBlobUnpacker::unpack(std::string_view blob) {
         kind = fields.tag();
         data = pbf::bytes(fields);
         break;
-      default: fields.skip();
+      default:
+        fields.skip();
     }
   }
   if (!kind) throw pbf::InvalidData("the blob holds no data");
@@ -67,9 +70,14 @@ std::string_view PbfBlobUnpacker::unpack(std::string_view blob) {
   }
   buffer_.resize(static_cast<std::size_t>(*size));
   switch (*kind) {
-    case zlibData: unpackZlib(data); break;
-    case lz4Data: unpackLz4(data); break;
-    default: unpackZstd(data);
+    case zlibData:
+      unpackZlib(data);
+      break;
+    case lz4Data:
+      unpackLz4(data);
+      break;
+    default:
+      unpackZstd(data);
   }
   return {buffer_.data(), buffer_.size()};
 }
@@ -77,9 +85,8 @@ std::string_view PbfBlobUnpacker::unpack(std::string_view blob) {
 void PbfBlobUnpacker::unpackZlib(std::string_view packed) {
   std::size_t used = 0;
   std::size_t written = 0;
-  libdeflate_result const result =
-      libdeflate_zlib_decompress_ex(zlib_.get(), packed.data(), packed.size(), buffer_.data(),
-                                    buffer_.size(), &used, &written);
+  libdeflate_result const result = libdeflate_zlib_decompress_ex(
+      zlib_.get(), packed.data(), packed.size(), buffer_.data(), buffer_.size(), &used, &written);
   if (result == LIBDEFLATE_INSUFFICIENT_SPACE) {
     throw pbf::InvalidData("the blob unpacks to more than it claims");
   }
@@ -90,9 +97,9 @@ void PbfBlobUnpacker::unpackZlib(std::string_view packed) {
 }
 
 void PbfBlobUnpacker::unpackLz4(std::string_view packed) {
-  int const written = LZ4_decompress_safe(packed.data(), buffer_.data(),
-                                          static_cast<int>(packed.size()),
-                                          static_cast<int>(buffer_.size()));
+  int const written =
+      LZ4_decompress_safe(packed.data(), buffer_.data(), static_cast<int>(packed.size()),
+                          static_cast<int>(buffer_.size()));
   if (written < 0 || static_cast<std::size_t>(written) != buffer_.size()) {
     throw pbf::InvalidData("the lz4 block is damaged or not as large as it claims");
   }

@@ -79,11 +79,20 @@ void PbfBlockDecoder::decode(std::string_view block) {
         readStrings(pbf::message(fields));
         hasStrings = true;
         break;
-      case 2: groups_.push_back(pbf::message(fields)); break;
-      case 17: granularity_ = pbf::int32(fields); break;
-      case 19: latitudeOffset_ = pbf::int64(fields); break;
-      case 20: longitudeOffset_ = pbf::int64(fields); break;
-      default: fields.skip();
+      case 2:
+        groups_.push_back(pbf::message(fields));
+        break;
+      case 17:
+        granularity_ = pbf::int32(fields);
+        break;
+      case 19:
+        latitudeOffset_ = pbf::int64(fields);
+        break;
+      case 20:
+        longitudeOffset_ = pbf::int64(fields);
+        break;
+      default:
+        fields.skip();
     }
   }
   if (granularity_ <= 0) throw pbf::InvalidData("the granularity is not positive");
@@ -104,11 +113,20 @@ void PbfBlockDecoder::readStrings(pbf::pbf_reader table) {
 void PbfBlockDecoder::decodeGroup(pbf::pbf_reader group) {
   while (group.next()) {
     switch (group.tag()) {
-      case 1: decodeNode(pbf::message(group)); break;
-      case 2: decodeDense(pbf::message(group)); break;
-      case 3: decodeWay(pbf::message(group)); break;
-      case 4: decodeRelation(pbf::message(group)); break;
-      default: group.skip();
+      case 1:
+        decodeNode(pbf::message(group));
+        break;
+      case 2:
+        decodeDense(pbf::message(group));
+        break;
+      case 3:
+        decodeWay(pbf::message(group));
+        break;
+      case 4:
+        decodeRelation(pbf::message(group));
+        break;
+      default:
+        group.skip();
     }
   }
 }
@@ -122,13 +140,26 @@ void PbfBlockDecoder::decodeNode(pbf::pbf_reader node) {
   bool visible = true;
   while (node.next()) {
     switch (node.tag()) {
-      case 1: id = pbf::sint64(node); break;
-      case 2: keys = pbf::packedUint32(node); break;
-      case 3: values = pbf::packedUint32(node); break;
-      case 4: visible = isVisible(pbf::message(node)); break;
-      case 8: latitude = pbf::sint64(node); break;
-      case 9: longitude = pbf::sint64(node); break;
-      default: node.skip();
+      case 1:
+        id = pbf::sint64(node);
+        break;
+      case 2:
+        keys = pbf::packedUint32(node);
+        break;
+      case 3:
+        values = pbf::packedUint32(node);
+        break;
+      case 4:
+        visible = isVisible(pbf::message(node));
+        break;
+      case 8:
+        latitude = pbf::sint64(node);
+        break;
+      case 9:
+        longitude = pbf::sint64(node);
+        break;
+      default:
+        node.skip();
     }
   }
   requiredId(id, "node");
@@ -149,12 +180,23 @@ void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
   pbf::PackedBool visible;
   while (dense.next()) {
     switch (dense.tag()) {
-      case 1: ids = pbf::packedSint64(dense); break;
-      case 5: visible = visibleFlags(pbf::message(dense)); break;
-      case 8: latitudes = pbf::packedSint64(dense); break;
-      case 9: longitudes = pbf::packedSint64(dense); break;
-      case 10: keysAndValues = pbf::packedInt32(dense); break;
-      default: dense.skip();
+      case 1:
+        ids = pbf::packedSint64(dense);
+        break;
+      case 5:
+        visible = visibleFlags(pbf::message(dense));
+        break;
+      case 8:
+        latitudes = pbf::packedSint64(dense);
+        break;
+      case 9:
+        longitudes = pbf::packedSint64(dense);
+        break;
+      case 10:
+        keysAndValues = pbf::packedInt32(dense);
+        break;
+      default:
+        dense.skip();
     }
   }
   bool const anyTags = !keysAndValues.empty();
@@ -185,12 +227,23 @@ void PbfBlockDecoder::decodeWay(pbf::pbf_reader way) {
   bool visible = true;
   while (way.next()) {
     switch (way.tag()) {
-      case 1: id = pbf::int64(way); break;
-      case 2: keys = pbf::packedUint32(way); break;
-      case 3: values = pbf::packedUint32(way); break;
-      case 4: visible = isVisible(pbf::message(way)); break;
-      case 8: references = pbf::packedSint64(way); break;
-      default: way.skip();
+      case 1:
+        id = pbf::int64(way);
+        break;
+      case 2:
+        keys = pbf::packedUint32(way);
+        break;
+      case 3:
+        values = pbf::packedUint32(way);
+        break;
+      case 4:
+        visible = isVisible(pbf::message(way));
+        break;
+      case 8:
+        references = pbf::packedSint64(way);
+        break;
+      default:
+        way.skip();
     }
   }
   requiredId(id, "way");
@@ -217,14 +270,29 @@ void PbfBlockDecoder::decodeRelation(pbf::pbf_reader relation) {
   bool visible = true;
   while (relation.next()) {
     switch (relation.tag()) {
-      case 1: id = pbf::int64(relation); break;
-      case 2: keys = pbf::packedUint32(relation); break;
-      case 3: values = pbf::packedUint32(relation); break;
-      case 4: visible = isVisible(pbf::message(relation)); break;
-      case 8: roles = pbf::packedInt32(relation); break;
-      case 9: references = pbf::packedSint64(relation); break;
-      case 10: types = pbf::packedInt32(relation); break;
-      default: relation.skip();
+      case 1:
+        id = pbf::int64(relation);
+        break;
+      case 2:
+        keys = pbf::packedUint32(relation);
+        break;
+      case 3:
+        values = pbf::packedUint32(relation);
+        break;
+      case 4:
+        visible = isVisible(pbf::message(relation));
+        break;
+      case 8:
+        roles = pbf::packedInt32(relation);
+        break;
+      case 9:
+        references = pbf::packedSint64(relation);
+        break;
+      case 10:
+        types = pbf::packedInt32(relation);
+        break;
+      default:
+        relation.skip();
     }
   }
   requiredId(id, "relation");

@@ -7,7 +7,8 @@ namespace OpenStreetMap {
 
 void TableFiller::addTag(std::u16string const* key, std::u16string const* value) {
   // Equal strings are interned as one, so comparing their addresses is enough.
-  bool const known = std::any_of(tags_.begin(), tags_.end(), [&](Tag tag) { return tag.key == key; });
+  bool const known =
+      std::any_of(tags_.begin(), tags_.end(), [&](Tag tag) { return tag.key == key; });
   if (!known) tags_.push_back({key, value});
 }
 

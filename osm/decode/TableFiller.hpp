@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "osm/RecordStorage.hpp"
 #include "osm/Reader.hpp"
+#include "osm/RecordStorage.hpp"
 #include "osm/records.hpp"
 
 namespace OpenStreetMap {

@@ -21,7 +21,9 @@ struct ForeignFormat {
 };
 constexpr ForeignFormat foreignFormats[] = {
     {"PK\x03\x04"sv, "a ZIP archive; unpack it first"},
-    {"\xFD" "7zXZ"sv, "xz-compressed; unpack it first"},
+    {"\xFD"
+     "7zXZ"sv,
+     "xz-compressed; unpack it first"},
     {"\x28\xB5\x2F\xFD"sv, "zstd-compressed; unpack it first"},
     {"7z\xBC\xAF"sv, "a 7z archive; unpack it first"},
     {"\xFF\xE0"sv, "in o5m format; convert it to PBF first"},

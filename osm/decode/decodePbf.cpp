@@ -29,9 +29,14 @@ BlobHeader parseBlobHeader(std::string_view data) {
   pbf::pbf_reader fields(data.data(), data.size());
   while (fields.next()) {
     switch (fields.tag()) {
-      case 1: type = pbf::bytes(fields); break;
-      case 3: size = pbf::int32(fields); break;
-      default: fields.skip();
+      case 1:
+        type = pbf::bytes(fields);
+        break;
+      case 3:
+        size = pbf::int32(fields);
+        break;
+      default:
+        fields.skip();
     }
   }
   if (!type || type->empty()) throw pbf::InvalidData("the blob has no type");
@@ -65,19 +70,22 @@ void decodeHeaderBlock(std::string_view block, TableFiller& filler) {
   pbf::pbf_reader fields(block.data(), block.size());
   while (fields.next()) {
     switch (fields.tag()) {
-      case 1: addBounds(pbf::message(fields), filler); break;
+      case 1:
+        addBounds(pbf::message(fields), filler);
+        break;
       case 4: {
         std::string_view const feature = pbf::bytes(fields);
         if (feature == "HistoricalInformation") {
           throw pbf::InvalidData("this is a history file (HistoricalInformation), not a map");
         }
         if (feature != "OsmSchema-V0.6" && feature != "DenseNodes") {
-          throw pbf::InvalidData("the file requires the unknown feature \"" +
-                                 std::string(feature) + "\"");
+          throw pbf::InvalidData("the file requires the unknown feature \"" + std::string(feature) +
+                                 "\"");
         }
         break;
       }
-      default: fields.skip();
+      default:
+        fields.skip();
     }
   }
 }
@@ -159,6 +167,8 @@ class PbfDecoder {
 
 }  // namespace
 
-void decodePbf(ByteSource& source, TableFiller& filler) { PbfDecoder(source, filler).decode(); }
+void decodePbf(ByteSource& source, TableFiller& filler) {
+  PbfDecoder(source, filler).decode();
+}
 
 }  // namespace OpenStreetMap

@@ -24,9 +24,13 @@ constexpr double maxLatitude = 90.0;
 constexpr double maxLongitude = 180.0;
 constexpr int readSize = 64 * 1024;
 
-std::runtime_error failure(std::string const& reason) { return std::runtime_error(reason); }
+std::runtime_error failure(std::string const& reason) {
+  return std::runtime_error(reason);
+}
 
-std::string tagName(char const* name) { return "<" + std::string(name) + ">"; }
+std::string tagName(char const* name) {
+  return "<" + std::string(name) + ">";
+}
 
 // The attributes that mean something here, gathered in one walk over an element's list.
 struct Attributes {
@@ -56,19 +60,33 @@ struct Attributes {
  private:
   char const** slot(std::string_view name) {
     switch (name[0]) {  // most attributes (timestamp, user, ...) end here
-      case 'i': return name == "id" ? &id : nullptr;
-      case 'l': return name == "lat" ? &lat : name == "lon" ? &lon : nullptr;
-      case 'v': return name == "v" ? &v : name == "visible" ? &visible : name == "version" ? &version : nullptr;
-      case 'a': return name == "action" ? &action : nullptr;
-      case 'k': return name == "k" ? &k : nullptr;
-      case 'r': return name == "ref" ? &ref : name == "role" ? &role : nullptr;
-      case 't': return name == "type" ? &type : nullptr;
-      case 'b': return name == "box" ? &box : nullptr;
+      case 'i':
+        return name == "id" ? &id : nullptr;
+      case 'l':
+        return name == "lat" ? &lat : name == "lon" ? &lon : nullptr;
+      case 'v':
+        return name == "v"         ? &v
+               : name == "visible" ? &visible
+               : name == "version" ? &version
+                                   : nullptr;
+      case 'a':
+        return name == "action" ? &action : nullptr;
+      case 'k':
+        return name == "k" ? &k : nullptr;
+      case 'r':
+        return name == "ref" ? &ref : name == "role" ? &role : nullptr;
+      case 't':
+        return name == "type" ? &type : nullptr;
+      case 'b':
+        return name == "box" ? &box : nullptr;
       case 'm':
-        return name == "minlat" ? &minlat : name == "minlon" ? &minlon : name == "maxlat" ? &maxlat
-                                        : name == "maxlon"   ? &maxlon
-                                                             : nullptr;
-      default: return nullptr;
+        return name == "minlat"   ? &minlat
+               : name == "minlon" ? &minlon
+               : name == "maxlat" ? &maxlat
+               : name == "maxlon" ? &maxlon
+                                  : nullptr;
+      default:
+        return nullptr;
     }
   }
 };
@@ -127,8 +145,7 @@ class XmlDecoder {
     });
   }
   static void XMLCALL onEntity(void* self, XML_Char const*, int, XML_Char const*, int,
-                               XML_Char const*, XML_Char const*, XML_Char const*,
-                               XML_Char const*) {
+                               XML_Char const*, XML_Char const*, XML_Char const*, XML_Char const*) {
     guarded(self, [](XmlDecoder&) { throw failure("entity declarations are refused"); });
   }
 
@@ -150,12 +167,17 @@ class XmlDecoder {
       return;
     }
     switch (context_) {
-      case Context::document: return startDocument(name, attributes);
-      case Context::osm: return startAtTop(name, attributes);
-      case Context::remark: ++ignoredDepth_; return;
+      case Context::document:
+        return startDocument(name, attributes);
+      case Context::osm:
+        return startAtTop(name, attributes);
+      case Context::remark:
+        ++ignoredDepth_;
+        return;
       case Context::node:
       case Context::way:
-      case Context::relation: return startInElement(name, attributes);
+      case Context::relation:
+        return startInElement(name, attributes);
     }
   }
 
@@ -241,7 +263,7 @@ class XmlDecoder {
   }
 
   void addBounds(char const* name, Attributes const& bounds) {
-    std::string_view sides[4];  // south, west, north, east
+    std::string_view sides[4];    // south, west, north, east
     if (bounds.box != nullptr) {  // <bound box="south,west,north,east"/>, as older tools wrote it
       std::string_view rest = bounds.box;
       for (std::string_view& side : sides) {
@@ -268,8 +290,11 @@ class XmlDecoder {
     }
     switch (std::exchange(context_, Context::osm)) {
       case Context::document:
-      case Context::osm: context_ = Context::document; return;
-      case Context::remark: return endRemark();
+      case Context::osm:
+        context_ = Context::document;
+        return;
+      case Context::remark:
+        return endRemark();
       case Context::node:
         if (stored_) return filler_.storeNode(id_, latitude_, longitude_);
         break;
@@ -308,6 +333,8 @@ class XmlDecoder {
 
 }  // namespace
 
-void decodeXml(ByteSource& source, TableFiller& filler) { XmlDecoder(filler).decode(source); }
+void decodeXml(ByteSource& source, TableFiller& filler) {
+  XmlDecoder(filler).decode(source);
+}
 
 }  // namespace OpenStreetMap

@@ -16,10 +16,11 @@ Number parse(char const* name, std::string_view text, char const* kind) {
   auto const [stop, error] = std::from_chars(text.data(), end, number);
   if (error == std::errc() && stop == end) return number;
   constexpr std::size_t shown = 40;
-  throw std::runtime_error(
-      std::string(name) + " \"" + std::string(text.substr(0, shown)) +
-      (text.size() > shown ? "...\"" : "\"") +
-      (error == std::errc::result_out_of_range ? " is out of range" : std::string(" is not ") + kind));
+  throw std::runtime_error(std::string(name) + " \"" + std::string(text.substr(0, shown)) +
+                           (text.size() > shown ? "...\"" : "\"") +
+                           (error == std::errc::result_out_of_range
+                                ? " is out of range"
+                                : std::string(" is not ") + kind));
 }
 
 }  // namespace

@@ -41,16 +41,20 @@ class SequenceIteratorPrimitive {
     --*this;
     return before;
   }
-  friend SequenceIteratorPrimitive operator+(SequenceIteratorPrimitive it, difference_type n) noexcept {
+  friend SequenceIteratorPrimitive operator+(SequenceIteratorPrimitive it,
+                                             difference_type n) noexcept {
     return it += n;
   }
-  friend SequenceIteratorPrimitive operator+(difference_type n, SequenceIteratorPrimitive it) noexcept {
+  friend SequenceIteratorPrimitive operator+(difference_type n,
+                                             SequenceIteratorPrimitive it) noexcept {
     return it += n;
   }
-  friend SequenceIteratorPrimitive operator-(SequenceIteratorPrimitive it, difference_type n) noexcept {
+  friend SequenceIteratorPrimitive operator-(SequenceIteratorPrimitive it,
+                                             difference_type n) noexcept {
     return it -= n;
   }
-  friend difference_type operator-(SequenceIteratorPrimitive a, SequenceIteratorPrimitive b) noexcept {
+  friend difference_type operator-(SequenceIteratorPrimitive a,
+                                   SequenceIteratorPrimitive b) noexcept {
     return Reverse ? b.position_ - a.position_ : a.position_ - b.position_;
   }
   friend bool operator==(SequenceIteratorPrimitive a, SequenceIteratorPrimitive b) noexcept {

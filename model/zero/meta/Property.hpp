@@ -20,10 +20,7 @@ class Property final : public ElementImpl {
 
   /// `inverseProperty` is null when the relation is known at one side only.
   Property(char const* propertyName, bool composite, Accepts accepted, Inverse inverseProperty)
-      : name_(propertyName),
-        composite_(composite),
-        accepts_(accepted),
-        inverse_(inverseProperty) {}
+      : name_(propertyName), composite_(composite), accepts_(accepted), inverse_(inverseProperty) {}
 
   char const* name() const noexcept { return name_; }
   /// Whether the owner's elements live and die with it.
