@@ -13,6 +13,7 @@ ALLOWED = {
     "importer": {"support", "model", "osm", "graph", "segments"},
     "graph": {"support", "model", "osm", "importer"},
     "segments": {"support", "model", "osm", "importer"},
+    "gateway": {"support", "model", "importer"},
     "cli": {"support", "model", "osm", "importer"},
 }
 # The two stages in osm/ work on the importer; one of them stores the model's DirectionOfTravel.

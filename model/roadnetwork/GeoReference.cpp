@@ -2,6 +2,10 @@
 
 namespace velora::roadnetwork {
 
+GeoReferenceImpl::GeoReferenceImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
+
+GeoReferenceImpl::~GeoReferenceImpl() = default;
+
 void GeoReferenceImpl::setOrigin(double latitude, double longitude, double altitude) {
   latitude_ = latitude;
   longitude_ = longitude;

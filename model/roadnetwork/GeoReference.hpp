@@ -7,7 +7,8 @@ namespace velora::roadnetwork {
 
 class GeoReferenceImpl : public kb::zero::ModelElementImpl {
  public:
-  using ModelElementImpl::ModelElementImpl;
+  explicit GeoReferenceImpl(boost::uuids::uuid const& uuid);
+  ~GeoReferenceImpl() override;
 
   /// Latitude and longitude in degrees (WGS 84), altitude in metres. NaN is kept as it is.
   virtual void setOrigin(double latitude, double longitude, double altitude);

@@ -31,6 +31,8 @@ std::vector<unsigned long> travelled(Node const& node, DirectionOfTravel ending,
 
 }  // namespace
 
+RoadNetworkImpl::RoadNetworkImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
+
 RoadNetworkImpl::~RoadNetworkImpl() {
   for (auto const& [id, node] : nodes_) node->network_ = nullptr;
   for (Road const& road : roads_) road->network_ = nullptr;

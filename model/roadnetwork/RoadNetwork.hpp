@@ -17,7 +17,7 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
  public:
   using NodeMap = kb::zero::ElementMapBase<unsigned long, Node, std::map<unsigned long, Node>>;
 
-  using ModelElementImpl::ModelElementImpl;
+  explicit RoadNetworkImpl(boost::uuids::uuid const& uuid);
   ~RoadNetworkImpl() override;
 
   /// The nodes by id, ascending.

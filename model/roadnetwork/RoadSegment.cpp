@@ -2,6 +2,10 @@
 
 namespace velora::roadnetwork {
 
+RoadSegmentImpl::RoadSegmentImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
+
+RoadSegmentImpl::~RoadSegmentImpl() = default;
+
 void RoadSegmentImpl::setGeometry(std::vector<double> const& centersX,
                                   std::vector<double> const& centersY,
                                   std::vector<double> const& elevations,

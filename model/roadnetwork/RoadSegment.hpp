@@ -13,7 +13,8 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
  public:
   using Sequence = kb::zero::PrimitiveCollection<double, std::vector<double>>;
 
-  using ModelElementImpl::ModelElementImpl;
+  explicit RoadSegmentImpl(boost::uuids::uuid const& uuid);
+  ~RoadSegmentImpl() override;
 
   unsigned long getID() const noexcept { return id_; }
   void setID(unsigned long id) noexcept { id_ = id; }

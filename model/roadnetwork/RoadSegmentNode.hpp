@@ -7,7 +7,8 @@ namespace velora::roadnetwork {
 
 class RoadSegmentNodeImpl : public kb::zero::ModelElementImpl {
  public:
-  using ModelElementImpl::ModelElementImpl;
+  explicit RoadSegmentNodeImpl(boost::uuids::uuid const& uuid);
+  ~RoadSegmentNodeImpl() override;
 
   unsigned long getID() const noexcept { return id_; }
   void setID(unsigned long id) noexcept { id_ = id; }
