@@ -13,12 +13,22 @@ std::map<std::string, Options::Format> const formats{{"json", Options::Format::j
 // The format that a file name's ending asks for.
 Options::Format formatOf(std::string const& output) {
   std::size_t const dot = output.rfind('.');
-  auto const format = formats.find(dot == std::string::npos ? output : output.substr(dot + 1));
+  auto const format = formats.find(dot == std::string::npos ? "" : output.substr(dot + 1));
   if (format == formats.end()) {
     throw CLI::ValidationError("--output", "can't tell the format from the name \"" + output +
                                                "\"; give one with --format");
   }
   return format->second;
+}
+
+std::string isFormat(std::string const& name) {
+  return formats.contains(name) ? "" : "there is no format \"" + name + "\"";
+}
+
+// Returns the exit status.
+int print(std::string const& text) {
+  std::cout << text << std::flush;
+  return std::cout ? 0 : 1;
 }
 
 }  // namespace
@@ -30,34 +40,35 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   app.get_formatter()->column_width(28);
   app.footer(
       "Without --output, a summary of the network goes to standard output.\n"
-      "Exit status: 0 done, 1 the import or the writing failed, 2 wrong arguments.");
+      "Exit status: 0 done, 1 the import or the writing failed, 2 wrong arguments.\n");
   app.add_option("INPUT", options.input,
                  "OSM XML or PBF file; gzip and bzip2 are unpacked; told by content")
       ->required()
       ->type_name("");
-  app.add_option("-o,--output", options.output,
-                 "write the network to this file; - is standard output")
-      ->type_name("FILE");
+  CLI::Option* const output = app.add_option("-o,--output", options.output,
+                                             "write the network to this file; - is standard output")
+                                  ->type_name("FILE");
+  std::string formatName = "json";
   CLI::Option const* const format =
-      app.add_option("-f,--format", options.format,
-                     "format of the output: json; default: by its ending")
-          ->transform(CLI::CheckedTransformer(formats))
-          ->type_name("FORMAT");
+      app.add_option("-f,--format", formatName, "json; default: what the output's ending says")
+          ->check(isFormat)
+          ->type_name("FORMAT")
+          ->needs(output);
   app.add_flag("--overwrite", options.overwrite, "replace an existing output");
   app.add_flag("-q,--quiet", options.quiet, "no summary and no progress");
   try {
     app.parse(argc, argv);
     if (options.input.empty()) throw CLI::ValidationError("INPUT", "the name is empty");
-    if (options.output && format->empty() && *options.output != "-") {
-      options.format = formatOf(*options.output);
+    if (options.output && options.output->empty()) {
+      throw CLI::ValidationError("--output", "the name is empty");
     }
+    bool const byEnding = options.output && format->empty() && *options.output != "-";
+    options.format = byEnding ? formatOf(*options.output) : formats.at(formatName);
     return options;
   } catch (CLI::CallForHelp const&) {
-    std::cout << app.help();
-    exitCode = 0;
+    exitCode = print(app.help());
   } catch (CLI::CallForVersion const& version) {
-    std::cout << version.what() << '\n';
-    exitCode = 0;
+    exitCode = print(std::string(version.what()) + '\n');
   } catch (CLI::ParseError const& error) {
     std::cerr << "osm2roadnet: " << error.what() << "\nTry 'osm2roadnet --help'.\n";
     exitCode = wrongArguments;

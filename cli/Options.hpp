@@ -15,5 +15,6 @@ struct Options {
 };
 
 /// Reads the arguments. Returns none when there is nothing more to do, and sets `exitCode`: 0 after
-/// --help or --version, 2 after wrong arguments; what there is to say has been said then.
+/// --help or --version (1 if that can't be written), 2 after wrong arguments; what there is to say
+/// has been said then.
 std::optional<Options> parseOptions(int argc, char const* const* argv, int& exitCode);

@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::size_t bufferSize = std::size_t{256} * 1024;
 constexpr mode_t usualMode = 0666;
+constexpr mode_t allPermissions = 07777;
 
 // The temporary file that an interrupt has to remove.
 std::atomic<char const*> unfinished{nullptr};
@@ -53,15 +54,24 @@ OutputFile::OutputFile(std::string name, bool overwrite)
       throw std::runtime_error(name_ + ": exists already; --overwrite replaces it");
     }
     name_ = std::filesystem::canonical(name_).string();  // what a link leads to, not the link
+    mode_ = status.st_mode & allPermissions;
+  } else if (::lstat(name_.c_str(), &status) == 0) {
+    throw std::runtime_error(name_ + ": is a symbolic link to nothing");
+  } else {
+    // A temporary file is private; this is the mode that a plainly made file would have.
+    mode_t const mask = ::umask(0);
+    ::umask(mask);
+    mode_ = usualMode & ~mask;
   }
-  temporary_ = name_ + ".part-XXXXXX";
+  temporary_ = std::filesystem::path(name_).replace_filename(".osm2roadnet-XXXXXX").string();
   descriptor_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
   if (descriptor_ < 0) {
     temporary_.clear();
     fail();
   }
   unfinished = temporary_.c_str();
-  for (int const signal : {SIGINT, SIGTERM, SIGHUP}) {
+  std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the limit then fails like any other
+  for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     if (std::signal(signal, removeUnfinished) == SIG_IGN) std::signal(signal, SIG_IGN);
   }
 }
@@ -81,20 +91,21 @@ void OutputFile::write(std::string_view bytes) {
 void OutputFile::commit() {
   flush();
   if (temporary_.empty()) return;
-  // A temporary file is private; give it the mode that a plainly made file would have.
-  mode_t const mask = ::umask(0);
-  ::umask(mask);
-  if (::fchmod(descriptor_, usualMode & ~mask) != 0) fail();
+  if (::fchmod(descriptor_, mode_) != 0) fail();
   if (::close(std::exchange(descriptor_, -1)) != 0) fail();
-  // Without --overwrite, a file that has come into being meanwhile is kept: link() refuses it.
-  if (overwrite_) {
-    if (std::rename(temporary_.c_str(), name_.c_str()) != 0) fail();
-  } else {
-    if (::link(temporary_.c_str(), name_.c_str()) != 0) fail();
-    ::unlink(temporary_.c_str());
-  }
+  if (!takeName()) fail();
   unfinished = nullptr;
   temporary_.clear();
+}
+
+// Without --overwrite, a file that has come into being meanwhile is kept.
+bool OutputFile::takeName() const {
+  char const* const from = temporary_.c_str();
+  char const* const to = name_.c_str();
+  if (overwrite_) return std::rename(from, to) == 0;
+  if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  return ::link(from, to) == 0 && ::unlink(from) == 0;  // a file system without the former
 }
 
 void OutputFile::flush() {

@@ -21,11 +21,13 @@ class OutputFile {
   void commit();
 
  private:
+  bool takeName() const;
   void flush();
   [[noreturn]] void fail() const;
 
   std::string name_;
   bool overwrite_;
+  unsigned mode_ = 0;
   int descriptor_ = -1;
   std::string temporary_;  // empty where the output is written to as it is
   std::string buffer_;

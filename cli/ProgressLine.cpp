@@ -16,7 +16,7 @@ ProgressLine::~ProgressLine() {
 void ProgressLine::reading(std::uint64_t bytesRead, std::uint64_t fileSize) {
   if (!enabled_ || fileSize == 0) return;
   bool const done = bytesRead >= fileSize;
-  if (Clock::now() < next_ || (done && !shown_)) return;
+  if (done ? !shown_ : Clock::now() < next_) return;
   next_ = Clock::now() + 100ms;
   shown_ = true;
   if (done) {

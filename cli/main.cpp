@@ -1,9 +1,11 @@
 // osm2roadnet: imports an OpenStreetMap file from the command line.
+#include <boost/uuid/uuid.hpp>
 #include <chrono>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "cli/Options.hpp"
@@ -13,7 +15,7 @@
 #include "cli/writeJson.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/geographicLimits.hpp"
-#include "osm/ReadError.hpp"
+#include "support/ustring.hpp"
 
 namespace {
 
@@ -46,26 +48,28 @@ void import(Options const& options) {
 }
 
 int fail(std::string const& message) {
-  std::cerr << "osm2roadnet: " << message << '\n';
+  std::cerr << "osm2roadnet: " << support::printable(message) << '\n';
   return 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  int exitCode = 0;
-  std::optional<Options> const options = parseOptions(argc, argv, exitCode);
-  if (!options) return exitCode;
+  std::string input = "?";
   try {
+    int exitCode = 0;
+    std::optional<Options> const options = parseOptions(argc, argv, exitCode);
+    if (!options) return exitCode;
+    input = options->input;
     import(*options);
     return 0;
   } catch (std::bad_alloc const&) {
-    return fail(options->input + ": out of memory");
+    return fail(input + ": out of memory");
   } catch (std::range_error const& error) {
-    return fail(options->input + ": the file name is " + error.what());
+    return fail(input + ": the file name is " + error.what());
   } catch (std::runtime_error const& error) {  // these name their file
     return fail(error.what());
   } catch (std::exception const& error) {
-    return fail(options->input + ": " + error.what());
+    return fail(input + ": " + error.what());
   }
 }

@@ -19,7 +19,9 @@ struct MessageId {
 };
 
 /// Component, colon, key: "velora:veloralib:unsupportedDataType".
-inline std::string fullIdentifier(MessageId const& id) { return id.component + ':' + id.key; }
+inline std::string fullIdentifier(MessageId const& id) {
+  return id.component + ':' + id.key;
+}
 
 }  // namespace foundation::core::except
 

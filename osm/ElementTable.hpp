@@ -77,8 +77,12 @@ class ElementTable {
     return *found;
   }
 
-  /// Stores a record unless its id is taken. Returns the stored record, or null.
+  /// Stores a record unless its id is taken. Returns the stored record, or null. Throws
+  /// std::length_error beyond some four thousand million records, std::bad_alloc.
   Record* insert(Record const& newRecord) {
+    if (size_ == maxSize) {
+      throw std::length_error("more elements of one kind than a table can hold");
+    }
     if (2 * (size_ + 1) > slots_.size()) grow();
     std::size_t const at = slotOf(newRecord.id);
     if (slots_[at].occupied()) return nullptr;
@@ -100,6 +104,7 @@ class ElementTable {
  private:
   static constexpr std::size_t blockSize = 4096;
   static constexpr std::size_t firstSlots = 1024;
+  static constexpr std::size_t maxSize = std::numeric_limits<std::uint32_t>::max() - 1;
 
   union Storage {
     Storage() noexcept {}
@@ -140,9 +145,6 @@ class ElementTable {
   }
 
   void grow() {
-    if (size_ == std::numeric_limits<std::uint32_t>::max()) {
-      throw std::length_error("more elements of one kind than a table can hold");
-    }
     std::vector<Slot> larger(slots_.empty() ? firstSlots : 2 * slots_.size());
     std::size_t const mask = larger.size() - 1;
     for (std::size_t number = 0; number < size_; ++number) {

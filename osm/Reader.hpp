@@ -3,24 +3,17 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <functional>
-#include <limits>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "osm/FileHandler.hpp"
+#include "osm/Progress.hpp"
 #include "osm/RecordStorage.hpp"
 #include "osm/records.hpp"
 
 namespace OpenStreetMap {
-
-/// A lowest and a highest value in degrees, both NaN while unknown. Where a file's only bounds cross
-/// the antimeridian, the first longitude is the greater one.
-using Limits = std::pair<double, double>;
-inline constexpr Limits unknownLimits{std::numeric_limits<double>::quiet_NaN(),
-                                      std::numeric_limits<double>::quiet_NaN()};
 
 /// One file: OSM XML or PBF, plain or in gzip or bzip2, told apart by content.
 ///
@@ -45,8 +38,6 @@ class Reader {
   /// Opens a file; `path` is UTF-16. Whatever was read before is dropped. Throws ReadError.
   void setFile(std::u16string const& path);
 
-  /// Called now and then while the file is read, with the bytes read so far and the file's size.
-  using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t fileSize)>;
   void setProgress(Progress progress) { progress_ = std::move(progress); }
 
   /// Fills this reader's own tables; `table` is one of them. Pointers to records stay valid. Throws

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "osm/ElementTable.hpp"
 #include "osm/ElementType.hpp"
@@ -46,6 +48,12 @@ struct Relation {
   Tags tags;
   std::span<Member const> members;  ///< in file order
 };
+
+/// A lowest and a highest value in degrees, both NaN while unknown. Where a file's only bounds
+/// cross the antimeridian, the first longitude is the greater one.
+using Limits = std::pair<double, double>;
+inline constexpr Limits unknownLimits{std::numeric_limits<double>::quiet_NaN(),
+                                      std::numeric_limits<double>::quiet_NaN()};
 
 using NodeTable = ElementTable<Node>;
 using WayTable = ElementTable<Way>;

@@ -33,7 +33,7 @@ std::vector<Way const*> selectHighwayWays(Reader& reader) {
   std::erase_if(ways, [&](Way const* way) {
     return !highwayTypes.contains(way->tags.at(highway)) || !allNodesPresent(reader, way);
   });
-  ways.shrink_to_fit();  // the list lives as long as the import
+  ways = std::vector<Way const*>(ways);  // no larger than it is: it lives as long as the import
   // Every later stage depends on this order, so it is not left to the reader's.
   std::sort(ways.begin(), ways.end(), [](Way const* a, Way const* b) { return a->id < b->id; });
   return ways;

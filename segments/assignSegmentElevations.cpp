@@ -80,6 +80,7 @@ double wayLayerElevation(OpenStreetMap::Tags const& tags) {
   if (layer == tags.end()) return 0.0;
   std::istringstream text(support::ustring_to_utf8(layer->second));
   text.imbue(std::locale::classic());  // a decimal point, whatever the host's locale
+  text.exceptions(std::ios::badbit);   // or it would take a failed allocation for a bad number
   double number = 0.0;
   if (!(text >> number)) return 0.0;
   return layerHeight * number;

@@ -42,6 +42,10 @@ class codecvt_ustring_to_string {
   std::unique_ptr<UConverter, Close> converter_;
 };
 
+/// Text of any kind as one line of well-formed UTF-8, for messages: control characters become '?',
+/// ill-formed sequences U+FFFD, and what exceeds 1,000 characters is left out.
+std::string printable(std::string_view text);
+
 /// A number as signed decimal text, as the format "%ld" writes it.
 std::u16string decimal(std::int64_t number);
 

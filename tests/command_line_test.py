@@ -3,7 +3,6 @@ import json
 import os
 import pathlib
 import resource
-import signal
 import subprocess
 import sys
 import tempfile
@@ -42,7 +41,9 @@ class CommandLine(unittest.TestCase):
     def test_wrong_arguments_are_refused_before_anything_is_opened(self):
         output = self.folder / "out.json"
         for arguments in ([], ["a.osm", "b.osm"], [EXAMPLE, "--nonsense"], [EXAMPLE, "-o"],
-                          [EXAMPLE, "-o", "out.xyz"], [EXAMPLE, "-o", output, "-f", "shape"], [""]):
+                          [EXAMPLE, "-o", "out.xyz"], [EXAMPLE, "-o", output, "-f", "shape"], [""],
+                          [EXAMPLE, "-o", output, "-f", "0"], [EXAMPLE, "-o", ""],
+                          [EXAMPLE, "-o", "json"], [EXAMPLE, "-f", "json"]):
             with self.subTest(arguments=arguments):
                 self.assert_fails(run(*arguments), 2)
         self.assertFalse(output.exists())
@@ -105,6 +106,9 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(run(EXAMPLE, "-o", link, "--overwrite").returncode, 0)
         self.assertTrue(link.is_symlink())
         self.assertTrue(output.read_text().startswith("{"))
+        output.chmod(0o600)
+        self.assertEqual(run(EXAMPLE, "-o", output, "--overwrite").returncode, 0)
+        self.assertEqual(output.stat().st_mode & 0o777, 0o600)
         self.assertEqual(sorted(os.listdir(self.folder)), ["broken.osm", "link.json", "out.json"])
 
     def test_unreadable_inputs(self):
@@ -121,14 +125,18 @@ class CommandLine(unittest.TestCase):
     def test_outputs_that_cannot_be_written(self):
         self.assert_fails(run(EXAMPLE, "-o", self.folder / "none" / "out.json"), 1, "can't write")
         self.assert_fails(run(EXAMPLE, "-f", "json", "-o", self.folder), 1, "is a directory")
+        dangling = self.folder / "dangling.json"
+        dangling.symlink_to(self.folder / "nothing")
+        self.assert_fails(run(EXAMPLE, "-o", dangling, "--overwrite"), 1, "link to nothing")
+        self.assertEqual(run(EXAMPLE, "-o", self.folder / ("n" * 250 + ".json")).returncode, 0)
         self.assert_fails(run(EXAMPLE, "-f", "json", "-o", "/dev/full"), 1, "/dev/full", "No space")
         with open("/dev/full", "w") as full:
-            done = subprocess.run([PROGRAM, EXAMPLE], stdout=full, stderr=subprocess.PIPE)
-        self.assertEqual(done.returncode, 1)
+            for argument in (EXAMPLE, "--help", "--version"):
+                done = subprocess.run([PROGRAM, argument], stdout=full, stderr=subprocess.PIPE)
+                self.assertEqual(done.returncode, 1)
 
     def test_a_failed_write_leaves_nothing(self):
         def limit_file_size():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
 
         done = run(EXAMPLE, "-o", self.folder / "out.json", preexec_fn=limit_file_size)

@@ -414,6 +414,8 @@ TEST(Reader, SaysWhatIsWrongAndWhere) {
   std::string const secondBlob = "blob 2 at byte " + std::to_string(header.size()) + ": ";
   PbfBlock range;
   range.nodes = {{1, 900'000'001, 0}};
+  PbfBlock twice;
+  twice.ways = {{.id = 1, .nodes = {1, 2}, .nodesTwice = true}};
   PbfBlock member;
   member.relations = {{1, {{3, 1, ""}}, {}}};
   std::string manyDigits = "1";  // of two bytes each, so that no cut fits all
@@ -422,13 +424,16 @@ TEST(Reader, SaysWhatIsWrongAndWhere) {
       {"", "the file is empty"},
       {"hello", "this is not an OSM file"},
       {"{\"elements\": []}", "this is not an OSM file; it is JSON"},
-      {"PK\x03\x04 and more", "this is not an OSM file; it is a ZIP"},
+      {"PK\x03\x04\x0A\tOSM", "this is not an OSM file; it is a ZIP"},
       {gzip(gzip(osm(""))), "this is not an OSM file; it is compressed more than once"},
       {"<html>\n</html>", "line 1, column 1: this is not an OSM file: its root element is <html>"},
       {"\n <osmChange version='0.6'/>", "line 2, column 2: this is a change file"},
       {osm("<create>" + node + "</create>"), "line 2, column 1: this is a change file"},
       {"<osm version='0.5'/>", "line 1, column 1: OSM version \"0.5\""},
-      {"<!DOCTYPE osm [<!ENTITY a 'b'>]>\n<osm/>", "line 1, column 27: entity"},
+      {"<!DOCTYPE osm [<!ENTITY a 'b'>]>\n<osm/>", "line 1, column 15: a DOCTYPE"},
+      {"<!DOCTYPE osm [<!ATTLIST node visible CDATA 'false'>]><osm/>", "line 1, column 15: a DOC"},
+      {"<!DOCTYPE osm SYSTEM 'x.dtd'><osm/>", "line 1, column 29: a DOCTYPE"},
+      {osm("<bounds minlat='2' minlon='0' maxlat='1' maxlon='0'/>"), "line 2, column 1: bounds"},
       {osm("<node id='1' lat='90.5' lon='0'/>"), "line 2, column 1: lat \"90.5\" is out of range"},
       {osm(node + "<node id='1' lat='0' lon='-181'/>"), "line 2, column 31: lon \"-181\" is out"},
       {osm("<node id='1' lat='nan' lon='0'/>"), "line 2, column 1: lat \"nan\""},
@@ -457,6 +462,7 @@ TEST(Reader, SaysWhatIsWrongAndWhere) {
       {header + header, secondBlob},
       {pbfFile({}, {range}), secondBlob},
       {pbfFile({}, {member}), secondBlob},
+      {pbfFile({}, {twice}), secondBlob + "packed field 8 stands more than once"},
   };
   for (auto const& [bytes, message] : cases) {
     TemporaryFile const file(bytes);

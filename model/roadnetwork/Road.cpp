@@ -41,6 +41,9 @@ void RoadImpl::setCenters(std::vector<double> const& x, std::vector<double> cons
 }
 
 void RoadImpl::addRoadSegment(RoadSegment const& segment) {
+  if (segment && roadSegments_.contains(*segment.get())) {
+    throw std::invalid_argument("the road has this segment already");
+  }
   roadSegments_.append(segment);
 }
 
@@ -50,7 +53,8 @@ void RoadImpl::detach() {
   while (roadSegments_.size() > 0) {
     RoadSegment const segment = roadSegments_.last();
     roadSegments_.remove(*segment.get());
-    segment->destroyPart();
+    // The model and the handle here hold it; whoever else does may be another road.
+    segment->references() == 2 ? segment->destroyPart() : segment->destroy();
   }
   if (network_ != nullptr) network_->removeRoad(*this);
 }

@@ -45,7 +45,8 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   Sequence const& getCentersX() const noexcept { return centersX_; }
   Sequence const& getCentersY() const noexcept { return centersY_; }
 
-  /// Appends a segment, which is the road's from then on: destroying the road destroys it.
+  /// Appends a segment, which is the road's from then on: destroying the road destroys it. Throws
+  /// std::invalid_argument when the road has it already.
   virtual void addRoadSegment(RoadSegment const& segment);
   kb::zero::ReferenceCollectionOf<RoadSegment> const& getRoadSegments() const noexcept {
     return roadSegments_;

@@ -31,7 +31,6 @@ class ReferenceCollection {
 
   /// Takes `element` out; the others keep their order. Does nothing when it is not stored.
   void remove(ModelElementImpl const& element) noexcept;
-  void clear() noexcept { references_.clear(); }
   /// Whether `element` itself is stored (proxies are not resolved).
   bool contains(ModelElementImpl const& element) const noexcept;
 

@@ -2,17 +2,15 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 
 #include "osm/FileHandler.hpp"
+#include "osm/Progress.hpp"
 #include "osm/decode/ByteSource.hpp"
 
 namespace OpenStreetMap {
 
 class FileSource final : public ByteSource {
  public:
-  using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t fileSize)>;
-
   /// `file` and `progress` (which may be empty) must outlive the source.
   FileSource(FileHandler const& file, Progress const& progress)
       : file_(file), progress_(progress) {}

@@ -41,7 +41,7 @@ pbf::PackedBool visibleFlags(pbf::pbf_reader denseInfo) {
   pbf::PackedBool flags;
   while (denseInfo.next()) {
     if (denseInfo.tag() == 6) {
-      flags = pbf::packedBool(denseInfo);
+      pbf::readPacked(denseInfo, flags);
     } else {
       denseInfo.skip();
     }
@@ -59,7 +59,8 @@ std::int64_t requiredId(std::optional<std::int64_t> id, char const* element) {
 double degreesFromNano(std::int64_t nanodegrees, double limit, char const* what) {
   double const degrees = static_cast<double>(nanodegrees) / 1e9;
   if (!(std::abs(degrees) <= limit)) {
-    throw pbf::InvalidData(std::string(what) + " " + std::to_string(degrees) + " is out of range");
+    throw pbf::InvalidData(std::string(what) + " of " + std::to_string(nanodegrees) +
+                           " nanodegrees is out of range");
   }
   return degrees;
 }
@@ -144,10 +145,10 @@ void PbfBlockDecoder::decodeNode(pbf::pbf_reader node) {
         id = pbf::sint64(node);
         break;
       case 2:
-        keys = pbf::packedUint32(node);
+        pbf::readPacked(node, keys);
         break;
       case 3:
-        values = pbf::packedUint32(node);
+        pbf::readPacked(node, values);
         break;
       case 4:
         visible = isVisible(pbf::message(node));
@@ -181,19 +182,19 @@ void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
   while (dense.next()) {
     switch (dense.tag()) {
       case 1:
-        ids = pbf::packedSint64(dense);
+        pbf::readPacked(dense, ids);
         break;
       case 5:
         visible = visibleFlags(pbf::message(dense));
         break;
       case 8:
-        latitudes = pbf::packedSint64(dense);
+        pbf::readPacked(dense, latitudes);
         break;
       case 9:
-        longitudes = pbf::packedSint64(dense);
+        pbf::readPacked(dense, longitudes);
         break;
       case 10:
-        keysAndValues = pbf::packedInt32(dense);
+        pbf::readPacked(dense, keysAndValues);
         break;
       default:
         dense.skip();
@@ -214,8 +215,8 @@ void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
       filler_.drop();
     }
   }
-  if (!latitudes.empty() || !longitudes.empty() || !keysAndValues.empty()) {
-    throw pbf::InvalidData("dense nodes with more coordinates or tags than ids");
+  if (!latitudes.empty() || !longitudes.empty() || !keysAndValues.empty() || !visible.empty()) {
+    throw pbf::InvalidData("dense nodes with more coordinates, tags or flags than ids");
   }
 }
 
@@ -231,16 +232,16 @@ void PbfBlockDecoder::decodeWay(pbf::pbf_reader way) {
         id = pbf::int64(way);
         break;
       case 2:
-        keys = pbf::packedUint32(way);
+        pbf::readPacked(way, keys);
         break;
       case 3:
-        values = pbf::packedUint32(way);
+        pbf::readPacked(way, values);
         break;
       case 4:
         visible = isVisible(pbf::message(way));
         break;
       case 8:
-        references = pbf::packedSint64(way);
+        pbf::readPacked(way, references);
         break;
       default:
         way.skip();
@@ -274,22 +275,22 @@ void PbfBlockDecoder::decodeRelation(pbf::pbf_reader relation) {
         id = pbf::int64(relation);
         break;
       case 2:
-        keys = pbf::packedUint32(relation);
+        pbf::readPacked(relation, keys);
         break;
       case 3:
-        values = pbf::packedUint32(relation);
+        pbf::readPacked(relation, values);
         break;
       case 4:
         visible = isVisible(pbf::message(relation));
         break;
       case 8:
-        roles = pbf::packedInt32(relation);
+        pbf::readPacked(relation, roles);
         break;
       case 9:
-        references = pbf::packedSint64(relation);
+        pbf::readPacked(relation, references);
         break;
       case 10:
-        types = pbf::packedInt32(relation);
+        pbf::readPacked(relation, types);
         break;
       default:
         relation.skip();

@@ -2,14 +2,25 @@
 
 #include <algorithm>
 #include <span>
+#include <stdexcept>
 
 namespace OpenStreetMap {
 
 void TableFiller::addTag(std::u16string const* key, std::u16string const* value) {
-  // Equal strings are interned as one, so comparing their addresses is enough.
-  bool const known =
-      std::any_of(tags_.begin(), tags_.end(), [&](Tag tag) { return tag.key == key; });
-  if (!known) tags_.push_back({key, value});
+  if (isNewKey(key)) tags_.push_back({key, value});
+}
+
+// Equal strings are interned as one, so comparing their addresses is enough. An element has a
+// handful of tags; only where there are many is a set worth its while.
+bool TableFiller::isNewKey(std::u16string const* key) {
+  constexpr std::size_t many = 64;
+  if (tags_.size() < many) {
+    return std::none_of(tags_.begin(), tags_.end(), [&](Tag tag) { return tag.key == key; });
+  }
+  if (manyKeys_.empty()) {
+    for (Tag const tag : tags_) manyKeys_.insert(tag.key);
+  }
+  return manyKeys_.insert(key).second;
 }
 
 void TableFiller::storeNode(Id id, double latitude, double longitude) {
@@ -41,9 +52,11 @@ void TableFiller::drop() noexcept {
   tags_.clear();
   references_.clear();
   members_.clear();
+  manyKeys_.clear();
 }
 
 void TableFiller::addBounds(double south, double west, double north, double east) {
+  if (south > north) throw std::runtime_error("bounds whose minimum latitude is above the maximum");
   bounds_.latitude.add(south, north);
   bounds_.longitude.add(west, east);
 }

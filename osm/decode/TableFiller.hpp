@@ -4,9 +4,9 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
-#include "osm/Reader.hpp"
 #include "osm/RecordStorage.hpp"
 #include "osm/records.hpp"
 
@@ -32,7 +32,8 @@ class TableFiller {
   void storeRelation(Id id);
   void drop() noexcept;
 
-  /// `west` is greater than `east` where the bounds cross the antimeridian.
+  /// `west` is greater than `east` where the bounds cross the antimeridian. Throws
+  /// std::runtime_error when `south` is greater than `north`.
   void addBounds(double south, double west, double north, double east);
 
   Limits latitudeLimits() const noexcept { return box().latitude.limits(); }
@@ -53,6 +54,8 @@ class TableFiller {
   };
   Box const& box() const noexcept { return bounds_.latitude.empty() ? extent_ : bounds_; }
 
+  bool isNewKey(std::u16string const* key);
+
   RecordStorage& storage_;
   NodeTable& nodes_;
   WayTable& ways_;
@@ -60,6 +63,7 @@ class TableFiller {
   std::vector<Tag> tags_;
   std::vector<Id> references_;
   std::vector<Member> members_;
+  std::unordered_set<std::u16string const*> manyKeys_;  // of tags_, when they are many
   Box bounds_;
   Box extent_;
 };

@@ -46,10 +46,11 @@ bool looksLikeXml(std::string_view head) {
   return withoutLeadingSpace(head).starts_with('<');
 }
 
-// A PBF file starts with the length of the first BlobHeader (four bytes, big-endian), then the
-// BlobHeader's first field: the key 0x0A and a short string.
+// A PBF file starts with the length of the first BlobHeader (four bytes, big-endian, at most 64
+// KiB) and the BlobHeader, which holds its type first. A damaged length is better told as such.
 bool looksLikePbf(std::string_view head) {
-  return head.size() >= 4 && (head.starts_with("\0\0"sv) || head.substr(4).starts_with('\n'));
+  return head.size() >= 4 &&
+         (head.starts_with('\0') || head.substr(4).starts_with("\n\tOSMHeader"sv));
 }
 
 void decodeUnpacked(SniffedSource& source, std::string_view name, TableFiller& filler) {
@@ -60,12 +61,12 @@ void decodeUnpacked(SniffedSource& source, std::string_view name, TableFiller& f
     if (name.ends_with(".pbf")) throw DecodeError{"", "the name says PBF, but this is XML"};
     return decodeXml(source, filler);
   }
-  if (looksLikePbf(head)) return decodePbf(source, filler);
   for (ForeignFormat const& format : foreignFormats) {
     if (withoutLeadingSpace(head).starts_with(format.magic)) {
       throw DecodeError{"", std::string("this is not an OSM file; it is ") + format.name};
     }
   }
+  if (looksLikePbf(head)) return decodePbf(source, filler);
   throw DecodeError{"", "this is not an OSM file (neither OSM XML nor PBF)"};
 }
 

@@ -11,6 +11,7 @@
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/PbfBlob.hpp"
 #include "osm/decode/PbfBlock.hpp"
+#include "osm/decode/parseNumber.hpp"
 #include "osm/decode/pbfFields.hpp"
 
 namespace OpenStreetMap {
@@ -79,8 +80,7 @@ void decodeHeaderBlock(std::string_view block, TableFiller& filler) {
           throw pbf::InvalidData("this is a history file (HistoricalInformation), not a map");
         }
         if (feature != "OsmSchema-V0.6" && feature != "DenseNodes") {
-          throw pbf::InvalidData("the file requires the unknown feature \"" + std::string(feature) +
-                                 "\"");
+          throw pbf::InvalidData("the file requires the unknown feature " + quoted(feature));
         }
         break;
       }
@@ -99,7 +99,7 @@ class PbfDecoder {
     try {
       while (decodeBlob()) {
       }
-    } catch (pbf::InvalidData const& error) {
+    } catch (std::runtime_error const& error) {
       throw DecodeError{place(), error.what()};
     } catch (protozero::exception const& error) {
       throw DecodeError{place(), std::string("malformed protobuf: ") + error.what()};

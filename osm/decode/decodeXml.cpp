@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/parseNumber.hpp"
@@ -102,7 +103,7 @@ class XmlDecoder {
     if (!parser_) throw std::bad_alloc();
     XML_SetUserData(parser_.get(), this);
     XML_SetElementHandler(parser_.get(), &onStart, &onEnd);
-    XML_SetEntityDeclHandler(parser_.get(), &onEntity);
+    XML_SetStartDoctypeDeclHandler(parser_.get(), &onDoctype);
   }
 
   void decode(ByteSource& source) {
@@ -144,9 +145,14 @@ class XmlDecoder {
       decoder.remark_.append(text, static_cast<std::size_t>(length));
     });
   }
-  static void XMLCALL onEntity(void* self, XML_Char const*, int, XML_Char const*, int,
-                               XML_Char const*, XML_Char const*, XML_Char const*, XML_Char const*) {
-    guarded(self, [](XmlDecoder&) { throw failure("entity declarations are refused"); });
+  // Declarations could change the data: entities that expand without end or are passed over,
+  // attributes with default values.
+  static void XMLCALL onDoctype(void* self, XML_Char const*, XML_Char const* externalSubset,
+                                XML_Char const*, int hasInternalSubset) {
+    if (externalSubset == nullptr && hasInternalSubset == 0) return;
+    guarded(self, [](XmlDecoder&) {
+      throw failure("a DOCTYPE with declarations (entities, attributes) is refused");
+    });
   }
 
   [[noreturn]] void fail() const {
@@ -189,7 +195,7 @@ class XmlDecoder {
     }
     char const* const version = Attributes(list).version;
     if (version != nullptr && version != "0.6"sv) {
-      throw failure("OSM version \"" + std::string(version) + "\" is not supported, only 0.6");
+      throw failure("OSM version " + quoted(version) + " is not supported, only 0.6");
     }
     context_ = Context::osm;
   }
@@ -256,7 +262,7 @@ class XmlDecoder {
     } else if (type == "relation") {
       kind = ElementType::relation;
     } else if (type != "node") {
-      throw failure("member type \"" + std::string(type) + "\" is unknown");
+      throw failure("member type " + quoted(type) + " is unknown");
     }
     Id const reference = parseId("ref", required(member.ref, "member", "ref"));
     filler_.addMember({kind, reference, filler_.intern(member.role == nullptr ? "" : member.role)});
@@ -267,10 +273,9 @@ class XmlDecoder {
     if (bounds.box != nullptr) {  // <bound box="south,west,north,east"/>, as older tools wrote it
       std::string_view rest = bounds.box;
       for (std::string_view& side : sides) {
-        side = rest.substr(0, rest.find(','));
+        side = &side == &sides[3] ? rest : rest.substr(0, rest.find(','));
         rest.remove_prefix(std::min(rest.size(), side.size() + 1));
       }
-      if (!rest.empty()) throw failure("box \"" + std::string(bounds.box) + "\" is malformed");
     } else {
       sides[0] = required(bounds.minlat, name, "minlat");
       sides[1] = required(bounds.minlon, name, "minlon");

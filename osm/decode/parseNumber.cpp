@@ -7,6 +7,13 @@
 #include <system_error>
 
 namespace OpenStreetMap {
+
+std::string quoted(std::string_view text) {
+  constexpr std::size_t shown = 40;
+  if (text.size() <= shown) return '"' + std::string(text) + '"';
+  return '"' + std::string(text.substr(0, shown)) + "...\"";
+}
+
 namespace {
 
 template <class Number>
@@ -15,12 +22,9 @@ Number parse(char const* name, std::string_view text, char const* kind) {
   char const* const end = text.data() + text.size();
   auto const [stop, error] = std::from_chars(text.data(), end, number);
   if (error == std::errc() && stop == end) return number;
-  constexpr std::size_t shown = 40;
-  throw std::runtime_error(std::string(name) + " \"" + std::string(text.substr(0, shown)) +
-                           (text.size() > shown ? "...\"" : "\"") +
-                           (error == std::errc::result_out_of_range
-                                ? " is out of range"
-                                : std::string(" is not ") + kind));
+  bool const tooLarge = error == std::errc::result_out_of_range;
+  throw std::runtime_error(std::string(name) + ' ' + quoted(text) +
+                           (tooLarge ? " is out of range" : std::string(" is not ") + kind));
 }
 
 }  // namespace
@@ -32,7 +36,7 @@ Id parseId(char const* name, std::string_view text) {
 double parseDegrees(char const* name, std::string_view text, double limit) {
   auto const degrees = parse<double>(name, text, "a number");
   if (!(std::abs(degrees) <= limit)) {  // also when it is not a number
-    throw std::runtime_error(std::string(name) + " \"" + std::string(text) + "\" is out of range");
+    throw std::runtime_error(std::string(name) + ' ' + quoted(text) + " is out of range");
   }
   return degrees;
 }

@@ -1,11 +1,15 @@
 // Numbers as OSM files write them.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "osm/records.hpp"
 
 namespace OpenStreetMap {
+
+/// Text from a file for a message: in quotes, and not too much of it.
+std::string quoted(std::string_view text);
 
 /// A decimal integer that fits 64 bits, with nothing around it. Throws std::runtime_error that says
 /// what is wrong with the attribute `name`.

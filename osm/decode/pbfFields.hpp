@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace OpenStreetMap::pbf {
 
@@ -55,21 +56,23 @@ inline bool boolean(pbf_reader& field) {
   expect(field, pbf_wire_type::varint);
   return field.get_bool();
 }
-inline PackedSint64 packedSint64(pbf_reader& field) {
+/// Reads a packed field into `range`. A field in several pieces, which no writer makes, is refused
+/// rather than shortened to its last piece.
+template <class Range>
+void readPacked(pbf_reader& field, Range& range) {
   expect(field, pbf_wire_type::length_delimited);
-  return field.get_packed_sint64();
-}
-inline PackedInt32 packedInt32(pbf_reader& field) {
-  expect(field, pbf_wire_type::length_delimited);
-  return field.get_packed_int32();
-}
-inline PackedUint32 packedUint32(pbf_reader& field) {
-  expect(field, pbf_wire_type::length_delimited);
-  return field.get_packed_uint32();
-}
-inline PackedBool packedBool(pbf_reader& field) {
-  expect(field, pbf_wire_type::length_delimited);
-  return field.get_packed_bool();
+  if (!range.empty()) {
+    throw InvalidData("packed field " + std::to_string(field.tag()) + " stands more than once");
+  }
+  if constexpr (std::is_same_v<Range, PackedSint64>) {
+    range = field.get_packed_sint64();
+  } else if constexpr (std::is_same_v<Range, PackedInt32>) {
+    range = field.get_packed_int32();
+  } else if constexpr (std::is_same_v<Range, PackedUint32>) {
+    range = field.get_packed_uint32();
+  } else {
+    range = field.get_packed_bool();
+  }
 }
 
 /// Takes the next value off a packed field. `what` names the field in the error when none is left.

@@ -1,0 +1,12 @@
+// How far the reading of a file has come.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace OpenStreetMap {
+
+/// Called now and then while the file is read.
+using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t fileSize)>;
+
+}  // namespace OpenStreetMap
