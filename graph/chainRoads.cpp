@@ -79,16 +79,6 @@ void mergeRoads(Road const& a, Road const& b, Node const& node) {
   }
 }
 
-void moveWayIds(RoadNetworkImporter& importer, unsigned long from, unsigned long to) {
-  auto& roadWayIds = importer.roadWayIds;
-  for (auto entry = roadWayIds.find(from); entry != roadWayIds.end();
-       entry = roadWayIds.find(from)) {
-    auto const way = entry->second;
-    roadWayIds.erase(entry);
-    roadWayIds.emplace(to, way);
-  }
-}
-
 }  // namespace
 
 void chainRoads(RoadNetworkImporter& importer) {
@@ -102,7 +92,7 @@ void chainRoads(RoadNetworkImporter& importer) {
     Road const& b = pair[1];
     if (a->getID() == b->getID()) continue;
     mergeRoads(a, b, node);
-    moveWayIds(importer, b->getID(), a->getID());
+    importer.roadWayIds.move(b->getID(), a->getID());
     b->destroy();
     node->destroy();
   }

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
@@ -18,7 +17,7 @@ std::vector<Id> findJunctions(RoadNetworkImporter& importer) {
   auto& junctions = importer.junctionNodeIds;
   std::size_t const expected = 2 * importer.selectedWays.size();
   junctions.reserve(expected);
-  std::unordered_map<Id, std::uint64_t, support::IdHash> interiorUseCounts(expected);
+  support::IdMap<std::uint64_t> interiorUseCounts(expected);
   for (Way const* const way : importer.selectedWays) {
     auto const& references = way->nodeReferences;
     junctions.insert(references.front());

@@ -1,6 +1,7 @@
 #include "graph/createRoads.hpp"
 
 #include <boost/uuid/uuid.hpp>
+#include <span>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
@@ -8,65 +9,82 @@
 
 using OpenStreetMap::Id;
 using OpenStreetMap::modelId;
-using OpenStreetMap::Node;
 using OpenStreetMap::Way;
 using support::lookup;
+using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
 
 namespace {
 
-// Road `id` runs through the nodes at place id - 1, both ends included.
-using RoadNodeIds = std::vector<std::vector<Id>>;
+// A piece of a way between two junctions, both included. Road ids count the pieces from 1.
+struct Piece {
+  Way const* way;
+  std::span<Id const> nodeIds;
+};
 
-RoadNodeIds cutWays(RoadNetworkImporter& importer) {
-  RoadNodeIds roads;
-  roads.reserve(2 * importer.selectedWays.size());
+std::vector<Piece> cutWays(RoadNetworkImporter& importer) {
+  std::vector<Piece> pieces;
+  pieces.reserve(2 * importer.selectedWays.size());
   importer.roadWayIds.clear();
   importer.roadWayIds.reserve(importer.selectedWays.size());
   for (Way const* const way : importer.selectedWays) {
     auto const& references = way->nodeReferences;
-    for (std::size_t i = 0; i < references.size(); ++i) {
-      // Both ends of a way are junctions: the first opens a road, the last closes one. A junction
-      // between them does both.
-      if (importer.junctionNodeIds.contains(references[i])) {
-        if (i > 0) roads.back().push_back(references[i]);
-        if (i + 1 == references.size()) break;
-        roads.emplace_back();
-        importer.roadWayIds.emplace(roads.size(), way->id);
-      }
-      roads.back().push_back(references[i]);
+    // Both ends of a way are junctions: the first opens a road, the last closes one. A junction
+    // between them does both.
+    std::size_t start = 0;
+    for (std::size_t i = 1; i < references.size(); ++i) {
+      if (!importer.junctionNodeIds.contains(references[i])) continue;
+      pieces.push_back({way, references.subspan(start, i - start + 1)});
+      importer.roadWayIds.emplace(pieces.size(), way->id);
+      start = i;
     }
   }
-  return roads;
+  return pieces;
 }
 
-void addRoad(RoadNetworkImporter& importer, RoadNetworkImporter::RoadId id,
-             std::vector<Id> const& nodeIds) {
-  auto const& network = importer.roadNetwork;
-  Id const way = lookup(importer.roadWayIds, id);
-  Road const road = Road::create(importer.model, boost::uuids::uuid{});
-  road->setID(id);
-  road->setName(lookup(importer.wayNames, way));
-  road->setDirection(lookup(importer.wayDirections, way));
-  road->setStartNode(network->getNodes()[modelId(nodeIds.front())]);
-  road->setEndNode(network->getNodes()[modelId(nodeIds.back())]);
+class RoadMaker {
+ public:
+  explicit RoadMaker(RoadNetworkImporter& importer) : importer_(importer) {}
 
-  importer.reader.populate(importer.reader.nodes);
-  std::vector<double> x;
-  std::vector<double> y;
-  x.reserve(nodeIds.size());
-  y.reserve(nodeIds.size());
-  for (Node const* const node : importer.reader.getElements(importer.reader.nodes, nodeIds)) {
-    x.push_back(node->first);
-    y.push_back(node->second);
+  void addRoad(RoadWayIds::RoadId id, Piece const& piece) {
+    Road const road = Road::create(importer_.model, boost::uuids::uuid{});
+    road->setID(id);
+    road->setName(lookup(importer_.wayNames, piece.way->id));
+    road->setDirection(lookup(importer_.wayDirections, piece.way->id));
+    road->setStartNode(nodeOf(piece.nodeIds.front()));
+    road->setEndNode(nodeOf(piece.nodeIds.back()));
+
+    importer_.reader.populate(importer_.reader.nodes);
+    x_.clear();
+    y_.clear();
+    for (Id const nodeId : piece.nodeIds) {
+      OpenStreetMap::Node const& node = importer_.reader.nodes.at(nodeId);
+      x_.push_back(node.first);
+      y_.push_back(node.second);
+    }
+    road->setCenters(x_, y_);
+    importer_.roadNetwork->addRoad(road);
   }
-  road->setCenters(x, y);
-  network->addRoad(road);
-}
+
+ private:
+  // Mostly the same as in the last call: a road of a way starts where the one before it ends.
+  Node const& nodeOf(Id id) {
+    if (!node_ || node_->getID() != modelId(id)) {
+      node_ = importer_.roadNetwork->getNodes()[modelId(id)];
+    }
+    return node_;
+  }
+
+  RoadNetworkImporter& importer_;
+  Node node_;
+  std::vector<double> x_;
+  std::vector<double> y_;
+};
 
 }  // namespace
 
 void createRoads(RoadNetworkImporter& importer) {
-  RoadNodeIds const roads = cutWays(importer);
-  for (std::size_t i = 0; i < roads.size(); ++i) addRoad(importer, i + 1, roads[i]);
+  std::vector<Piece> const pieces = cutWays(importer);
+  RoadMaker maker(importer);
+  for (std::size_t i = 0; i < pieces.size(); ++i) maker.addRoad(i + 1, pieces[i]);
 }

@@ -3,24 +3,20 @@
 
 #include <cstdint>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
+#include "importer/RoadWayIds.hpp"
 #include "model/roadnetwork/DirectionOfTravel.hpp"
 #include "model/roadnetwork/RoadNetwork.hpp"
 #include "model/zero/Model.hpp"
 #include "osm/Reader.hpp"
-#include "support/IdHash.hpp"
+#include "support/IdMap.hpp"
 
 /// One import: made on a model and a network, run once, asked for the limits, destroyed. It owns
 /// the reader and every table that one stage leaves for a later one. The stages are free functions
 /// that take the importer, work through these fields alone and keep nothing of their own.
 class RoadNetworkImporter {
  public:
-  using WayId = OpenStreetMap::Id;
-  using RoadId = std::uint64_t;
-
   /// Both handles must outlive the importer. Reads nothing.
   RoadNetworkImporter(kb::zero::Model const& hostModel,
                       velora::roadnetwork::RoadNetwork const& hostNetwork)
@@ -37,9 +33,8 @@ class RoadNetworkImporter {
   velora::roadnetwork::RoadNetwork const& roadNetwork;  ///< what the import fills
   OpenStreetMap::Reader reader;
   std::vector<OpenStreetMap::Way const*> selectedWays;  ///< the ways that become roads, by id
-  std::unordered_map<WayId, std::u16string, support::IdHash> wayNames;
-  std::unordered_map<WayId, velora::roadnetwork::DirectionOfTravel, support::IdHash> wayDirections;
-  std::unordered_set<OpenStreetMap::Id, support::IdHash> junctionNodeIds;
-  /// The ways that each road was made of.
-  std::unordered_multimap<RoadId, WayId, support::IdHash> roadWayIds;
+  support::IdMap<std::u16string> wayNames;
+  support::IdMap<velora::roadnetwork::DirectionOfTravel> wayDirections;
+  support::IdSet junctionNodeIds;
+  RoadWayIds roadWayIds;
 };

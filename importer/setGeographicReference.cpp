@@ -1,6 +1,7 @@
 #include "importer/setGeographicReference.hpp"
 
 #include <boost/uuid/uuid.hpp>
+#include <span>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
@@ -33,9 +34,10 @@ void setGeographicReference(RoadNetworkImporter& importer) {
     latitudes.reserve(nodes.size());
     longitudes.reserve(nodes.size());
     for (auto const& [id, node] : nodes) {
-      std::vector<double> const& position = node->getPosition();
-      latitudes.push_back(position.at(0));
-      longitudes.push_back(position.at(1));
+      std::span<double const> const position = node->getPosition();
+      if (position.size() < 2) continue;
+      latitudes.push_back(position[0]);
+      longitudes.push_back(position[1]);
     }
     latitude = mean(latitudes);
     longitude = mean(longitudes);

@@ -17,8 +17,8 @@ namespace OpenStreetMap {
 /// Maps an id to its record, for a `Record` that is trivially copyable and has a member `id`.
 ///
 /// Records stand in blocks, in the order in which they came, and never move. The index over them is
-/// an open-addressing table with linear probing of (record number, upper half of the hash): eight
-/// bytes a slot, and a record is looked at only when 32 bits of its hash match.
+/// an open-addressing table with linear probing of (record number, lower half of the id): eight
+/// bytes a slot, and a record is looked at only when 32 bits of its id match.
 template <class Record>
 class ElementTable {
  public:
@@ -90,7 +90,7 @@ class ElementTable {
       blocks_.push_back(std::make_unique_for_overwrite<Storage[]>(blockSize));
     }
     Record* const stored = std::construct_at(&record(size_), newRecord);
-    slots_[at] = Slot(size_, support::IdHash()(newRecord.id));
+    slots_[at] = Slot(size_, newRecord.id);
     ++size_;
     return stored;
   }
@@ -114,16 +114,14 @@ class ElementTable {
   class Slot {
    public:
     Slot() noexcept = default;
-    Slot(std::size_t number, std::size_t hash) noexcept
-        : number_(static_cast<std::uint32_t>(number) + 1), tag_(tagOf(hash)) {}
+    Slot(std::size_t number, std::int64_t id) noexcept
+        : number_(static_cast<std::uint32_t>(number) + 1), tag_(tagOf(id)) {}
     bool occupied() const noexcept { return number_ != 0; }
     std::size_t number() const noexcept { return number_ - 1; }
-    bool mayHold(std::size_t hash) const noexcept { return tag_ == tagOf(hash); }
+    bool mayHold(std::int64_t id) const noexcept { return tag_ == tagOf(id); }
 
    private:
-    static std::uint32_t tagOf(std::size_t hash) noexcept {
-      return static_cast<std::uint32_t>(hash >> 32);
-    }
+    static std::uint32_t tagOf(std::int64_t id) noexcept { return static_cast<std::uint32_t>(id); }
     std::uint32_t number_ = 0;  // of the record, counted from 1; 0 is a free slot
     std::uint32_t tag_ = 0;
   };
@@ -134,11 +132,10 @@ class ElementTable {
 
   // The place of the slot that holds `id`, or of the free slot where it belongs. There must be one.
   std::size_t slotOf(std::int64_t id) const noexcept {
-    std::size_t const hash = support::IdHash()(id);
     std::size_t const mask = slots_.size() - 1;
-    std::size_t at = hash & mask;
+    std::size_t at = support::IdHash()(id) & mask;
     while (slots_[at].occupied() &&
-           !(slots_[at].mayHold(hash) && record(slots_[at].number()).id == id)) {
+           !(slots_[at].mayHold(id) && record(slots_[at].number()).id == id)) {
       at = (at + 1) & mask;
     }
     return at;
@@ -148,10 +145,9 @@ class ElementTable {
     std::vector<Slot> larger(slots_.empty() ? firstSlots : 2 * slots_.size());
     std::size_t const mask = larger.size() - 1;
     for (std::size_t number = 0; number < size_; ++number) {
-      std::size_t const hash = support::IdHash()(record(number).id);
-      std::size_t at = hash & mask;
+      std::size_t at = support::IdHash()(record(number).id) & mask;
       while (larger[at].occupied()) at = (at + 1) & mask;
-      larger[at] = Slot(number, hash);
+      larger[at] = Slot(number, record(number).id);
     }
     slots_ = std::move(larger);
   }

@@ -3,7 +3,6 @@
 #include <locale>
 #include <sstream>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
@@ -18,28 +17,27 @@ namespace {
 
 constexpr double layerHeight = 4.9;
 
-using RoadElevations = std::unordered_map<unsigned long, double, support::IdHash>;
+using RoadElevations = support::ModelIdMap<double>;
 
 RoadElevations computeRoadElevations(RoadNetworkImporter& importer) {
   auto const& roadWayIds = importer.roadWayIds;
   RoadElevations roadElevations(roadWayIds.size());
-  for (auto const& entry : roadWayIds) {
-    auto const id = entry.first;
-    if (roadElevations.contains(id)) continue;
-    auto const [first, last] = roadWayIds.equal_range(id);
+  for (RoadWayIds::RoadId id = 1; id <= roadWayIds.maxRoadId(); ++id) {
     double sum = 0.0;
     std::size_t count = 0;
-    for (auto way = first; way != last; ++way, ++count) {
+    roadWayIds.forEach(id, [&](RoadWayIds::WayId way) {
       importer.reader.populate(importer.reader.ways);
-      sum += wayLayerElevation(importer.reader.ways.at(way->second).tags);
-    }
-    roadElevations.emplace(id, sum / static_cast<double>(count));
+      sum += wayLayerElevation(importer.reader.ways.at(way).tags);
+      ++count;
+    });
+    if (count > 0) roadElevations.emplace(id, sum / static_cast<double>(count));
   }
   return roadElevations;
 }
 
 void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& roadElevations) {
   std::vector<double> elevations;
+  std::vector<double> position;
   for (auto const& [id, node] : importer.roadNetwork->getNodes()) {
     if (!node->hasPosition()) continue;
     elevations.clear();
@@ -51,23 +49,28 @@ void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& r
     }
     double sum = 0.0;
     for (double const elevation : elevations) sum += elevation;
-    std::vector<double> position = node->getPosition();
+    position.assign(node->getPosition().begin(), node->getPosition().end());
     position[2] = sum / static_cast<double>(elevations.size());  // NaN for a Node without roads
     node->setPosition(position);
   }
 }
 
 void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadElevations) {
+  std::vector<double> centersX;
+  std::vector<double> elevations;
   for (auto const& road : importer.roadNetwork->getRoads()) {
     double const onRoad = lookup(roadElevations, road->getID());
     double const atStart = road->getStartNode()->getElevation();
     double const atEnd = road->getEndNode()->getElevation();
     RoadSegment const segment = road->getRoadSegments()[0];
     auto const& x = segment->getCentersX();
-    std::vector<double> const elevations = onRoad == atStart && onRoad == atEnd
-                                               ? std::vector<double>(x.size(), onRoad)
-                                               : elevationProfile(x.size(), atStart, onRoad, atEnd);
-    segment->setGeometry({x.begin(), x.end()}, segment->getCentersY().values(), elevations,
+    centersX.assign(x.begin(), x.end());
+    if (onRoad == atStart && onRoad == atEnd) {
+      elevations.assign(x.size(), onRoad);
+    } else {
+      elevations = elevationProfile(x.size(), atStart, onRoad, atEnd);
+    }
+    segment->setGeometry(centersX, segment->getCentersY().values(), elevations,
                          segment->getBankingAngles().values(), segment->getHeadings().values());
   }
 }

@@ -2,7 +2,6 @@
 
 #include <boost/uuid/uuid.hpp>
 #include <limits>
-#include <unordered_map>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
@@ -14,7 +13,7 @@ using velora::roadnetwork::RoadSegmentNode;
 
 namespace {
 
-using SegmentNodes = std::unordered_map<unsigned long, RoadSegmentNode, support::IdHash>;
+using SegmentNodes = support::ModelIdMap<RoadSegmentNode>;
 
 SegmentNodes createSegmentNodes(RoadNetworkImporter& importer) {
   auto const& nodes = importer.roadNetwork->getNodes();
@@ -32,6 +31,10 @@ SegmentNodes createSegmentNodes(RoadNetworkImporter& importer) {
 
 void createRoadSegments(RoadNetworkImporter& importer) {
   SegmentNodes const segmentNodes = createSegmentNodes(importer);
+  std::vector<double> x;
+  std::vector<double> y;
+  std::vector<double> zeros;
+  std::vector<double> notComputed;
   for (auto const& road : importer.roadNetwork->getRoads()) {
     auto const& centersX = road->getCentersX();
     auto const& centersY = road->getCentersY();
@@ -40,10 +43,11 @@ void createRoadSegments(RoadNetworkImporter& importer) {
     segment->setStartNode(lookup(segmentNodes, road->getStartNode()->getID()));
     segment->setEndNode(lookup(segmentNodes, road->getEndNode()->getID()));
     std::size_t const n = centersX.size();
-    std::vector<double> const zeros(n, 0.0);
-    std::vector<double> const notComputed(n, std::numeric_limits<double>::quiet_NaN());
-    segment->setGeometry({centersX.begin(), centersX.end()}, {centersY.begin(), centersY.end()},
-                         zeros, zeros, notComputed);
+    x.assign(centersX.begin(), centersX.end());
+    y.assign(centersY.begin(), centersY.end());
+    zeros.assign(n, 0.0);
+    notComputed.assign(n, std::numeric_limits<double>::quiet_NaN());
+    segment->setGeometry(x, y, zeros, zeros, notComputed);
     road->addRoadSegment(segment);
   }
 }

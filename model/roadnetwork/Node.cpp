@@ -1,6 +1,8 @@
 #include "model/roadnetwork/Node.hpp"
 
+#include <algorithm>
 #include <limits>
+#include <stdexcept>
 
 #include "model/roadnetwork/Road.hpp"
 #include "model/roadnetwork/RoadNetwork.hpp"
@@ -18,19 +20,22 @@ NodeImpl::NodeImpl(boost::uuids::uuid const& uuid)
 NodeImpl::~NodeImpl() = default;
 
 bool NodeImpl::hasPosition() const {
-  return position_.size() >= 3;
+  return positionSize_ == position_.size();
 }
 
-std::vector<double> const& NodeImpl::getPosition() const {
-  return position_;
+std::span<double const> NodeImpl::getPosition() const {
+  return {position_.data(), positionSize_};
 }
 
 void NodeImpl::setPosition(std::vector<double> const& position) {
-  position_ = position;
+  if (position.size() > position_.size())
+    throw std::invalid_argument("a position has three values");
+  std::copy(position.begin(), position.end(), position_.begin());
+  positionSize_ = position.size();
 }
 
-double NodeImpl::getElevation() const noexcept {
-  return position_.size() >= 3 ? position_[2] : std::numeric_limits<double>::quiet_NaN();
+double NodeImpl::getElevation() const {
+  return hasPosition() ? position_[2] : std::numeric_limits<double>::quiet_NaN();
 }
 
 void NodeImpl::detach() {

@@ -1,7 +1,9 @@
 // A junction or an end of the road graph.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -22,13 +24,14 @@ class NodeImpl : public kb::zero::ModelElementImpl {
   unsigned long getID() const noexcept { return id_; }
   std::u16string const& getName() const noexcept { return name_; }
 
-  /// Whether there is a position to read and rewrite: at least three values.
+  /// Whether there is a position to read and rewrite: all three values.
   virtual bool hasPosition() const;
   /// First coordinate, second coordinate (degrees, as the network's maker gave them), elevation.
-  virtual std::vector<double> const& getPosition() const;
+  virtual std::span<double const> getPosition() const;
+  /// Up to three values. Throws std::invalid_argument for more.
   virtual void setPosition(std::vector<double> const& position);
   /// The third value of the position; NaN when there is none.
-  double getElevation() const noexcept;
+  double getElevation() const;
 
   /// Roads whose end node is this node, and roads whose start node it is. A road from the node to
   /// itself is in both.
@@ -53,7 +56,8 @@ class NodeImpl : public kb::zero::ModelElementImpl {
 
   unsigned long id_ = 0;
   std::u16string name_;
-  std::vector<double> position_;
+  std::array<double, 3> position_{};
+  std::size_t positionSize_ = 0;
   kb::zero::ReferenceCollectionOf<Road> incomingRoads_;
   kb::zero::ReferenceCollectionOf<Road> outgoingRoads_;
   RoadNetworkImpl* network_ = nullptr;  // not counted: the network owns its nodes

@@ -34,10 +34,11 @@ void RoadImpl::setEndNode(Node const& node) {
 
 void RoadImpl::setCenters(std::vector<double> const& x, std::vector<double> const& y) {
   if (x.size() != y.size()) throw std::invalid_argument("centre sequences of different length");
-  // Both are copied before either is replaced, as in RoadSegmentImpl::setGeometry.
-  std::vector<double> copies[] = {x, y};
-  centersX_.assign(std::move(copies[0]));
-  centersY_.assign(std::move(copies[1]));
+  // All that can fail comes first, so that the two never differ in length.
+  centersX_.reserve(x.size());
+  centersY_.reserve(y.size());
+  centersX_.assign(x);
+  centersY_.assign(y);
 }
 
 void RoadImpl::addRoadSegment(RoadSegment const& segment) {

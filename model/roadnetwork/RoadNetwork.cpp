@@ -72,8 +72,8 @@ void RoadNetworkImpl::addNodes(std::vector<unsigned long> const& ids,
     Node const node = Node::create(getModel(), boost::uuids::uuid{});
     node->id_ = ids[i];
     node->name_ = names[i];
-    auto const first = positions.begin() + static_cast<std::ptrdiff_t>(3 * i);
-    node->position_.assign(first, first + 3);
+    node->position_ = {positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]};
+    node->positionSize_ = 3;
     nodes_.insert(ids[i], node);
     node->network_ = this;
   }

@@ -11,14 +11,17 @@ void RoadSegmentImpl::setGeometry(std::vector<double> const& centersX,
                                   std::vector<double> const& elevations,
                                   std::vector<double> const& bankingAngles,
                                   std::vector<double> const& headings) {
-  // All are copied before any is replaced: an argument may be one of this segment's sequences, and
-  // a failure leaves all as they were.
-  std::vector<double> copies[] = {centersX, centersY, elevations, bankingAngles, headings};
-  centersX_.assign(std::move(copies[0]));
-  centersY_.assign(std::move(copies[1]));
-  elevations_.assign(std::move(copies[2]));
-  bankingAngles_.assign(std::move(copies[3]));
-  headings_.assign(std::move(copies[4]));
+  // All that can fail comes first, so that a failure leaves all sequences as they were.
+  centersX_.reserve(centersX.size());
+  centersY_.reserve(centersY.size());
+  elevations_.reserve(elevations.size());
+  bankingAngles_.reserve(bankingAngles.size());
+  headings_.reserve(headings.size());
+  centersX_.assign(centersX);
+  centersY_.assign(centersY);
+  elevations_.assign(elevations);
+  bankingAngles_.assign(bankingAngles);
+  headings_.assign(headings);
 }
 
 bool RoadSegmentImpl::isRoadSegment(ModelElementImpl const& element) {

@@ -26,7 +26,8 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
   RoadSegmentNode getEndNode() const noexcept { return endNode_; }
 
   /// Replaces all five sequences, one value a centre point: coordinates as the road has them,
-  /// elevations in metres, banking angles and headings (NaN: not computed).
+  /// elevations in metres, banking angles and headings (NaN: not computed). A sequence of this
+  /// segment's own may be given for itself, not for another.
   virtual void setGeometry(std::vector<double> const& centersX, std::vector<double> const& centersY,
                            std::vector<double> const& elevations,
                            std::vector<double> const& bankingAngles,

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <utility>
 
 #include "model/zero/internal/SequenceIteratorPrimitive.hpp"
 
@@ -29,7 +28,10 @@ class PrimitiveCollection {
   const_reverse_iterator rbegin() const { return const_reverse_iterator(first() + values_.size()); }
   const_reverse_iterator rend() const { return const_reverse_iterator(first()); }
 
-  void assign(Storage&& values) noexcept { values_ = std::move(values); }
+  /// Memory for `size` values, so that assigning as many can't fail.
+  void reserve(std::size_t size) { values_.reserve(size); }
+  /// Replaces all values, in the memory that there is where it suffices.
+  void assign(Storage const& values) { values_ = values; }
 
  private:
   T const* first() const { return values_.data(); }

@@ -1,0 +1,73 @@
+// Which ways each road was made of.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include "osm/records.hpp"
+
+/// A multimap from road ids, which count from 1, to way ids. The ways of a road are a chain through
+/// one list, so joining two roads joins two chains, however long.
+class RoadWayIds {
+ public:
+  using RoadId = std::uint64_t;
+  using WayId = OpenStreetMap::Id;
+
+  void clear() noexcept {
+    entries_.clear();
+    chains_.clear();
+  }
+  void reserve(std::size_t count) {
+    entries_.reserve(count);
+    chains_.reserve(count);
+  }
+  /// How many pairs there are.
+  std::size_t size() const noexcept { return entries_.size(); }
+  /// The highest road id that was ever used.
+  RoadId maxRoadId() const noexcept { return chains_.size(); }
+
+  /// Adds a way behind the others of the road.
+  void emplace(RoadId road, WayId way) {
+    if (road > chains_.size()) chains_.resize(road);
+    entries_.push_back({way, end});
+    append(chains_[road - 1], {entries_.size() - 1, entries_.size() - 1});
+  }
+
+  /// Moves all ways of `from` behind those of `to`.
+  void move(RoadId from, RoadId to) {
+    append(chains_[to - 1], std::exchange(chains_[from - 1], Chain()));
+  }
+
+  /// Calls `action` with each way of the road, in order.
+  template <class Action>
+  void forEach(RoadId road, Action const& action) const {
+    if (road == 0 || road > chains_.size()) return;
+    for (std::size_t i = chains_[road - 1].first; i != end; i = entries_[i].next) {
+      action(entries_[i].way);
+    }
+  }
+
+ private:
+  static constexpr std::size_t end = std::numeric_limits<std::size_t>::max();
+
+  struct Entry {
+    WayId way;
+    std::size_t next;
+  };
+  struct Chain {
+    std::size_t first = end;
+    std::size_t last = end;
+  };
+
+  void append(Chain& chain, Chain const& tail) {
+    if (tail.first == end) return;
+    (chain.first == end ? chain.first : entries_[chain.last].next) = tail.first;
+    chain.last = tail.last;
+  }
+
+  std::vector<Entry> entries_;
+  std::vector<Chain> chains_;
+};
