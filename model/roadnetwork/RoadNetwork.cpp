@@ -35,9 +35,11 @@ RoadNetworkImpl::RoadNetworkImpl(boost::uuids::uuid const& uuid) : ModelElementI
 
 RoadNetworkImpl::~RoadNetworkImpl() {
   for (auto const& [id, node] : nodes_) node->network_ = nullptr;
-  for (Road const& road : roads_) road->network_ = nullptr;
   // The youngest first, which its nodes find at the end of their collections.
-  while (!roads_.empty()) roads_.pop_back();
+  while (!roads_.empty()) {
+    roads_.back()->network_ = nullptr;
+    roads_.pop_back();
+  }
 }
 
 void RoadNetworkImpl::addRoad(Road const& road) {
@@ -68,7 +70,7 @@ void RoadNetworkImpl::addNodes(std::vector<unsigned long> const& ids,
   std::stable_sort(order.begin(), order.end(),
                    [&](std::size_t a, std::size_t b) { return ids[a] < ids[b]; });
   for (std::size_t const i : order) {
-    if (nodes_[ids[i]]) continue;
+    if (nodes_.contains(ids[i])) continue;
     Node const node = Node::create(getModel(), boost::uuids::uuid{});
     node->id_ = ids[i];
     node->name_ = names[i];

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <iterator>
 #include <map>
 
 namespace kb::zero {
@@ -20,6 +21,11 @@ class ElementMapBase {
   V operator[](K const& key) const {
     auto const found = map_.find(key);
     return found == map_.end() ? V() : found->second;
+  }
+
+  /// At once for a key beyond the last one.
+  bool contains(K const& key) const {
+    return !map_.empty() && !(std::prev(map_.end())->first < key) && map_.find(key) != map_.end();
   }
 
   /// Adds an element unless the key is taken, fastest where keys arrive in ascending order.

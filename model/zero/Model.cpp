@@ -5,10 +5,12 @@
 namespace kb::zero {
 
 ModelImpl::~ModelImpl() {
-  for (Handle<ModelElementImpl> const& element : elements_) element->model_ = nullptr;
   // The youngest first: what was created later refers to what was there before, and is found at
   // the end of its collections.
-  while (!elements_.empty()) elements_.pop_back();
+  while (!elements_.empty()) {
+    elements_.back()->model_ = nullptr;
+    elements_.pop_back();
+  }
 }
 
 void ModelImpl::adopt(Handle<ModelElementImpl> const& element) {

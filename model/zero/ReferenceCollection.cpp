@@ -10,7 +10,8 @@ void ReferenceCollection::append(ModelElement const& element) {
 void ReferenceCollection::remove(ModelElementImpl const& element) noexcept {
   auto const isElement = [&](Reference const& r) { return r.element == &element; };
   if (mayRepeat_) {
-    std::erase_if(references_, isElement);
+    references_.erase(std::remove_if(references_.begin(), references_.end(), isElement),
+                      references_.end());
     return;
   }
   // From the end: what came last mostly goes first.

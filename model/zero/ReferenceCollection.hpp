@@ -1,8 +1,8 @@
 // An ordered list of references from one element to others.
 #pragma once
 
+#include <boost/container/small_vector.hpp>
 #include <cstddef>
-#include <vector>
 
 #include "model/zero/ModelElement.hpp"
 #include "model/zero/meta/Property.hpp"
@@ -59,7 +59,8 @@ class ReferenceCollection {
 
   ModelElementImpl* owner_;
   meta::Property const* property_;
-  mutable std::vector<Reference> references_;
+  // Most collections hold one or two elements, which need no memory of their own then.
+  mutable boost::container::small_vector<Reference, 2> references_;
   mutable bool mayRepeat_ = false;  // an element took a proxy's place that was stored already
 };
 

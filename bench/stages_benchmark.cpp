@@ -1,0 +1,118 @@
+// Time of each stage of an import, and of releasing what it made.
+//
+//   stages_benchmark FILE... [--benchmark_... options]
+#include <benchmark/benchmark.h>
+
+#include <boost/uuid/uuid.hpp>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "graph/chainRoads.hpp"
+#include "graph/createNodes.hpp"
+#include "graph/createRoads.hpp"
+#include "importer/RoadNetworkImporter.hpp"
+#include "importer/setGeographicReference.hpp"
+#include "osm/collectWayAttributes.hpp"
+#include "osm/selectHighwayWays.hpp"
+#include "segments/assignSegmentElevations.hpp"
+#include "segments/createRoadSegments.hpp"
+#include "support/ustring.hpp"
+
+namespace {
+
+/// An import that goes stage by stage.
+struct Import {
+  kb::zero::Model model = kb::zero::Model::create();
+  velora::roadnetwork::RoadNetwork network =
+      velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
+  RoadNetworkImporter importer{model, network};
+};
+
+// Each round is a whole import, so the library must not choose by the time of a short stage.
+constexpr int rounds = 5;
+
+struct Stage {
+  char const* name;
+  void (*run)(std::optional<Import>&, std::u16string const& file);
+};
+
+constexpr Stage stages[] = {
+    {"read",
+     [](std::optional<Import>& import, std::u16string const& file) {
+       import->importer.reader.setFile(file);
+       import->importer.reader.populate(import->importer.reader.ways);
+     }},
+    {"selectHighwayWays",
+     [](std::optional<Import>& import, std::u16string const&) {
+       import->importer.selectedWays = selectHighwayWays(import->importer.reader);
+     }},
+    {"collectWayAttributes", [](std::optional<Import>& import,
+                                std::u16string const&) { collectWayAttributes(import->importer); }},
+    {"createNodes",
+     [](std::optional<Import>& import, std::u16string const&) { createNodes(import->importer); }},
+    {"createRoads",
+     [](std::optional<Import>& import, std::u16string const&) { createRoads(import->importer); }},
+    {"chainRoads",
+     [](std::optional<Import>& import, std::u16string const&) { chainRoads(import->importer); }},
+    {"createRoadSegments", [](std::optional<Import>& import,
+                              std::u16string const&) { createRoadSegments(import->importer); }},
+    {"assignSegmentElevations",
+     [](std::optional<Import>& import, std::u16string const&) {
+       assignSegmentElevations(import->importer);
+     }},
+    {"setGeographicReference",
+     [](std::optional<Import>& import, std::u16string const&) {
+       setGeographicReference(import->importer);
+     }},
+    {"release", [](std::optional<Import>& import, std::u16string const&) { import.reset(); }},
+};
+
+// Runs the whole import, but takes the time of one stage alone; of all of them when `timed` is
+// null.
+void runStage(benchmark::State& state, std::string const& path, Stage const* timed) {
+  std::u16string const file = support::to_ustring(path);
+  for ([[maybe_unused]] auto _ : state) {
+    std::optional<Import> import(std::in_place);
+    std::chrono::duration<double> total{};
+    for (Stage const& stage : stages) {
+      auto const start = std::chrono::steady_clock::now();
+      stage.run(import, file);
+      if (timed == nullptr || timed == &stage) total += std::chrono::steady_clock::now() - start;
+    }
+    state.SetIterationTime(total.count());
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (argc < 2) {
+    std::fprintf(stderr, "usage: stages_benchmark FILE... [--benchmark_...]\n");
+    return 2;
+  }
+  for (int i = 1; i < argc; ++i) {
+    std::string const path = argv[i];
+    std::string const name = std::filesystem::path(path).filename().string() + "/";
+    for (Stage const& stage : stages) {
+      benchmark::RegisterBenchmark(
+          (name + stage.name).c_str(),
+          [path, &stage](benchmark::State& state) { runStage(state, path, &stage); })
+          ->UseManualTime()
+          ->Iterations(rounds)
+          ->Unit(benchmark::kMillisecond);
+    }
+    benchmark::RegisterBenchmark(
+        (name + "total").c_str(),
+        [path](benchmark::State& state) { runStage(state, path, nullptr); })
+        ->UseManualTime()
+        ->Iterations(rounds)
+        ->Unit(benchmark::kMillisecond);
+  }
+  benchmark::RunSpecifiedBenchmarks();
+}
