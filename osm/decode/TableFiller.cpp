@@ -52,7 +52,7 @@ void TableFiller::drop() noexcept {
   tags_.clear();
   references_.clear();
   members_.clear();
-  manyKeys_.clear();
+  if (!manyKeys_.empty()) manyKeys_.clear();
 }
 
 void TableFiller::addBounds(double south, double west, double north, double east) {
