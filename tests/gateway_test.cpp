@@ -150,23 +150,21 @@ TEST_F(Gateway, ChecksItsArgumentsInOrder) {
     std::vector<HostArray const*> inputs;
     std::string error;
   };
-  std::vector<Case> const cases{
-      {2, {}, "host:arguments:TooManyOutputs"},
-      {1, {}, "host:arguments:NotEnoughInputs"},
-      {1, {m, n}, "host:arguments:NotEnoughInputs"},
-      {1, {m, n, p, p}, "host:arguments:TooManyInputs"},
-      {1, {n, n, p}, wrongType},
-      {1, {nullptr, n, p}, wrongType},
-      {1, {m, m, p}, wrongType},
-      {1, {m, number.get(), p}, wrongType},
-      {1, {m, n, m}, wrongType},
-      {1, {m, n, nullptr}, wrongType},
-      {1, {m, n, number.get()}, wrongType},
-      {1, {m, n, none.get()}, wrongType},
-      {1, {m, n, two.get()}, wrongType},
-      {1, {m, noNetwork.get(), p}, "operation on an empty model handle"},
-      {1, {noModel.get(), n, p}, "operation on an empty model handle"},
-  };
+  std::vector<Case> const cases{{2, {}, "host:arguments:TooManyOutputs"},
+                                {1, {}, "host:arguments:NotEnoughInputs"},
+                                {1, {m, n}, "host:arguments:NotEnoughInputs"},
+                                {1, {m, n, p, p}, "host:arguments:TooManyInputs"},
+                                {1, {n, n, p}, wrongType},
+                                {1, {nullptr, n, p}, wrongType},
+                                {1, {m, m, p}, wrongType},
+                                {1, {m, number.get(), p}, wrongType},
+                                {1, {m, n, m}, wrongType},
+                                {1, {m, n, nullptr}, wrongType},
+                                {1, {m, n, number.get()}, wrongType},
+                                {1, {m, n, none.get()}, wrongType},
+                                {1, {m, n, two.get()}, wrongType},
+                                {1, {m, noNetwork.get(), p}, "operation on an empty model handle"},
+                                {1, {noModel.get(), n, p}, "operation on an empty model handle"}};
   result = doubles();
   HostArray const* const before = result.get();
   for (Case const& c : cases) {

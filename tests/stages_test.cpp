@@ -3,6 +3,8 @@
 
 #include <cmath>
 #include <limits>
+#include <map>
+#include <sstream>
 
 #include "importer/geographicLimits.hpp"
 #include "osm/collectWayAttributes.hpp"
@@ -24,6 +26,13 @@ testing::Matcher<double> is(double expected) {
   return testing::NanSensitiveDoubleEq(expected);
 }
 
+std::vector<std::string> split(std::string const& text) {
+  std::vector<std::string> parts;
+  std::istringstream list(text);
+  for (std::string part; std::getline(list, part, '|');) parts.push_back(part);
+  return parts;
+}
+
 std::vector<OpenStreetMap::Id> selectedIds(Import const& import) {
   std::vector<OpenStreetMap::Id> ids;
   for (auto const* way : import.importer().selectedWays) ids.push_back(way->id);
@@ -37,25 +46,12 @@ std::vector<double> elevations(Import const& import, unsigned long road) {
 }  // namespace
 
 TEST(SelectHighwayWays, KeepsExactlyTheRoadValues) {
-  std::vector<std::string> const roads{
-      "motorway",      "trunk",        "primary",        "secondary",
-      "tertiary",      "unclassified", "residential",    "motorway_link",
-      "trunk_link",    "primary_link", "secondary_link", "tertiary_link",
-      "living_street", "service",      "raceway",        "road"};
-  std::vector<std::string> const others{"path",
-                                        "track",
-                                        "footway",
-                                        "cycleway",
-                                        "pedestrian",
-                                        "steps",
-                                        "",
-                                        "Motorway",
-                                        "motorway ",
-                                        " motorway",
-                                        "proposed",
-                                        "bus_guideway",
-                                        "motorway;primary",
-                                        "roads"};
+  std::vector<std::string> const roads = split(
+      "motorway|trunk|primary|secondary|tertiary|unclassified|residential|motorway_link|trunk_link|"
+      "primary_link|secondary_link|tertiary_link|living_street|service|raceway|road");
+  std::vector<std::string> const others = split(
+      "path|track|footway|cycleway|pedestrian|steps||Motorway|motorway | motorway|proposed|roads|"
+      "motorway;primary");
   Town town("a-b");
   for (auto const& value : roads) town.way("ab", "highway=" + value);
   for (auto const& value : others) town.way("ab", "highway=" + value);
@@ -76,30 +72,20 @@ TEST(SelectHighwayWays, NeedsAllNodesAndAtLeastTwoReferences) {
 }
 
 TEST(CollectWayAttributes, NamesAndDirections) {
-  struct Case {
-    char const* tags;
-    char const* expected;
-  };
-  Case const cases[] = {
-      {"", "1: ab both \"1\" weight 1 ways 1"},
-      {"name=", "1: ab both \"\" weight 1 ways 1"},
-      {"name= High  Street ", "1: ab both \" High  Street \" weight 1 ways 1"},
-      {"Name=x,ref=B 1", "1: ab both \"1\" weight 1 ways 1"},
-      {"oneway=yes", "1: ab forward \"1\" weight 1 ways 1"},
-      {"oneway=1", "1: ab forward \"1\" weight 1 ways 1"},
-      {"oneway=-1", "1: ab backward \"1\" weight 1 ways 1"},
-      {"oneway=no", "1: ab both \"1\" weight 1 ways 1"},
-      {"oneway=", "1: ab both \"1\" weight 1 ways 1"},
-      {"oneway=YES", "1: ab both \"1\" weight 1 ways 1"},
-      {"oneway=yes ", "1: ab both \"1\" weight 1 ways 1"},
-      {"oneway=true", "1: ab both \"1\" weight 1 ways 1"},
-      {"oneway=reversible", "1: ab both \"1\" weight 1 ways 1"},
-      {"junction=roundabout", "1: ab both \"1\" weight 1 ways 1"},
-  };
-  for (Case const& c : cases) {
+  // clang-format off
+  std::pair<char const*, char const*> const cases[] = {
+      {"", "both \"1\""}, {"name=", "both \"\""}, {"name= A  b ", "both \" A  b \""},
+      {"Name=x,ref=B 1", "both \"1\""}, {"oneway=yes", "forward \"1\""},
+      {"oneway=1", "forward \"1\""}, {"oneway=-1", "backward \"1\""},
+      {"oneway=no", "both \"1\""}, {"oneway=", "both \"1\""}, {"oneway=YES", "both \"1\""},
+      {"oneway=yes ", "both \"1\""}, {"oneway=true", "both \"1\""},
+      {"oneway=reversible", "both \"1\""}, {"junction=roundabout", "both \"1\""}};
+  // clang-format on
+  for (auto const& [tags, expected] : cases) {
     Town town("a-b");
-    town.way("ab", c.tags);
-    EXPECT_THAT(Import(town).roads(town), ElementsAre(c.expected)) << c.tags;
+    town.way("ab", tags);
+    EXPECT_THAT(Import(town).roads(town),
+                ElementsAre("1: ab " + std::string(expected) + " weight 1 ways 1"));
   }
   EXPECT_EQ(wayName(std::numeric_limits<long>::min(), {}), u"-9223372036854775808");
 }
@@ -125,8 +111,7 @@ TEST(CreateNodesAndRoads, CutsWaysAtTheirJunctions) {
       {"way that meets itself", {"abcdbe"}, "abe", {"ab", "bcdb", "be"}},
       {"way that ends in its own interior", {"abcdb"}, "ab", {"ab", "bcdb"}},
       {"parallel ways", {"abc", "adc", "ae", "cf"}, "acef", {"abc", "adc", "ae", "cf"}},
-      {"nothing", {}, "", {}},
-  };
+      {"nothing", {}, "", {}}};
   for (Case const& c : cases) {
     SCOPED_TRACE(c.what);
     Town town("abcdef\nghijkl");
@@ -159,10 +144,8 @@ TEST(ChainRoads, JoinsEveryOrientation) {
     char const* second;
     char const* line;
   };
-  Case const cases[] = {
-      {"abc", "cde", "abcde"}, {"abc", "edc", "abcde"}, {"cba", "cde", "edcba"},
-      {"cba", "edc", "edcba"}, {"cde", "abc", "abcde"}, {"edc", "cba", "edcba"},
-  };
+  Case const cases[] = {{"abc", "cde", "abcde"}, {"abc", "edc", "abcde"}, {"cba", "cde", "edcba"},
+                        {"cba", "edc", "edcba"}, {"cde", "abc", "abcde"}, {"edc", "cba", "edcba"}};
   for (Case const& c : cases) {
     Town town("abcde");
     town.way(c.first, "name=Alpha").way(c.second, "name=Beta");
@@ -188,8 +171,7 @@ TEST(ChainRoads, JoinsOnlyWhereTrafficCanArriveAndDepart) {
       {"ab", "-1", "bc", "yes", nullptr},    {"ba", "-1", "bc", "yes", "backward"},
       {"ab", "no", "cb", "yes", "both"},     {"ab", "yes", "cb", "no", "forward"},
       {"ba", "yes", "bc", "no", "forward"},  {"ba", "-1", "cb", "-1", "backward"},
-      {"ba", "-1", "bc", "-1", nullptr},
-  };
+      {"ba", "-1", "bc", "-1", nullptr}};
   for (Case const& c : cases) {
     SCOPED_TRACE(std::string(c.first) + ' ' + c.firstDirection + ", " + c.second + ' ' +
                  c.secondDirection);
@@ -210,16 +192,14 @@ TEST(ChainRoads, JoinsNamesById) {
     char const* second;
     char const* joined;
   };
-  Case const cases[] = {
-      {"Alpha", "Beta", "Alpha-Beta"},
-      {"Alpha", "Alpha", "Alpha"},
-      {"Alpha Road", "Alpha", "Alpha Road"},
-      {"Alpha", "Alpha Road", "Alpha-Alpha Road"},
-      {"Alpha", "", "Alpha"},
-      {"", "Beta", "-Beta"},
-      {"", "", ""},
-      {"Straße", "ß", "Straße"},
-  };
+  Case const cases[] = {{"Alpha", "Beta", "Alpha-Beta"},
+                        {"Alpha", "Alpha", "Alpha"},
+                        {"Alpha Road", "Alpha", "Alpha Road"},
+                        {"Alpha", "Alpha Road", "Alpha-Alpha Road"},
+                        {"Alpha", "", "Alpha"},
+                        {"", "Beta", "-Beta"},
+                        {"", "", ""},
+                        {"Straße", "ß", "Straße"}};
   for (Case const& c : cases) {
     for (char const* const second : {"bc", "cb"}) {  // whichever way round
       Town town("abc");
@@ -260,8 +240,7 @@ TEST(ChainRoads, JoinsChainsAndStopsAtLoops) {
        {"ab", "bc", "bd"},
        "abcd",
        {"1: ab both \"1\" weight 1 ways 1", "2: bc both \"2\" weight 1 ways 2",
-        "3: bd both \"3\" weight 1 ways 3"}},
-  };
+        "3: bd both \"3\" weight 1 ways 3"}}};
   for (Case const& c : cases) {
     SCOPED_TRACE(c.what);
     Town town("abcdef");
@@ -284,45 +263,18 @@ TEST(ChainRoads, LeavesANodeThatQualifiesOnlyAfterAJoin) {
 }
 
 TEST(AssignSegmentElevations, ReadsLayersAsNumbers) {
-  struct Case {
-    char const* layer;
-    double levels;
-  };
-  Case const cases[] = {
-      {"1", 1},
-      {"-2", -2},
-      {"0.5", 0.5},
-      {" 2", 2},
-      {"\t-1", -1},
-      {"+1", 1},
-      {"1;2", 1},
-      {"3abc", 3},
-      {"1 000", 1},
-      {"1,5", 1},
-      {"0x10", 0},
-      {"1e1", 10},
-      {".5", 0.5},
-      {"5.", 5},
-      {"3e", 0},
-      {"3em", 0},
-      {"1e400", 0},
-      {"yes", 0},
-      {"", 0},
-      {".", 0},
-      {"-", 0},
-      {"\u2212"
-       "1",
-       0},
-      {"nan", 0},
-      {"inf", 0},
-      {"100", 100},
-      {"\u0661", 0},
-  };
-  for (Case const& c : cases) {
+  // clang-format off
+  std::map<std::string, double> const levels{
+      {"1", 1}, {"-2", -2}, {"0.5", 0.5}, {" 2", 2}, {"\t-1", -1}, {"+1", 1}, {"1;2", 1},
+      {"3abc", 3}, {"1 000", 1}, {"1,5", 1}, {"0x10", 0}, {"1e1", 10}, {".5", 0.5}, {"5.", 5},
+      {"3e", 0}, {"3em", 0}, {"1e400", 0}, {"yes", 0}, {"", 0}, {".", 0}, {"-", 0}, {"nan", 0},
+      {"inf", 0}, {"100", 100}, {"\u2212" "1", 0}, {"\u0661", 0}};
+  // clang-format on
+  for (auto const& [layer, level] : levels) {
     std::u16string const key = u"layer";
-    std::u16string const value = support::to_ustring(c.layer);
+    std::u16string const value = support::to_ustring(layer);
     OpenStreetMap::Tag const tag{&key, &value};
-    EXPECT_EQ(wayLayerElevation(OpenStreetMap::Tags({&tag, 1})), 4.9 * c.levels) << c.layer;
+    EXPECT_EQ(wayLayerElevation(OpenStreetMap::Tags({&tag, 1})), 4.9 * level) << layer;
   }
   EXPECT_EQ(wayLayerElevation({}), 0.0);
 }
@@ -373,19 +325,17 @@ TEST(GeographicReference, LiesAtTheCentreOfTheLimits) {
     double latitude;
     double longitude;
   };
-  Case const cases[] = {
-      {"<bounds minlat=\"10\" maxlat=\"20\" minlon=\"30\" maxlon=\"50\"/>",
-       "a-b",
-       {10, 20, 30, 50},
-       15,
-       40},
-      {"",
-       "a----b\n\nc",
-       {47.998, 48.0, 11.0, 11.005},
-       (47.998 + 48.0) * 0.5,
-       (11.0 + 11.005) * 0.5},
-      {"", "", {}, notANumber, notANumber},
-  };
+  Case const cases[] = {{"<bounds minlat=\"10\" maxlat=\"20\" minlon=\"30\" maxlon=\"50\"/>",
+                         "a-b",
+                         {10, 20, 30, 50},
+                         15,
+                         40},
+                        {"",
+                         "a----b\n\nc",
+                         {47.998, 48.0, 11.0, 11.005},
+                         (47.998 + 48.0) * 0.5,
+                         (11.0 + 11.005) * 0.5},
+                        {"", "", {}, notANumber, notANumber}};
   for (Case const& c : cases) {
     Town town(c.drawing);
     town.head(c.head);
