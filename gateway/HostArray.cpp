@@ -77,7 +77,7 @@ std::unique_ptr<HostArray> create(Dimensions dimensions, HostArray::Content cont
   if (elements != anyNumber && elements != product(dimensions)) {
     throw std::invalid_argument("the number of elements does not fit the dimensions");
   }
-  return std::unique_ptr<HostArray>(new HostArray(std::move(dimensions), std::move(content)));
+  return std::make_unique<HostArray>(std::move(dimensions), std::move(content));
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ host::ClassName internedName(kb::zero::meta::Class const& metaClass) {
   return host::internClassName(std::string(metaClass.name));
 }
 
-// Element 0 of an object array as a model handle; an empty handle when there is none.
+// Element 0 of an object array; an empty handle when there is none, or it is of another class.
 template <class X>
 X getElement(HostArray const& array) {
   if (host::numberOfElements(array) == 0) return X();
@@ -41,13 +41,21 @@ X getElement(HostArray const& array) {
   return X(static_cast<typename X::Impl*>(impl));
 }
 
+Model getModel(HostArray const& array) {
+  return getElement<Model>(array);
+}
+
+RoadNetwork getRoadNetwork(HostArray const& array) {
+  return getElement<RoadNetwork>(array);
+}
+
 }  // namespace
 
 void importOSMRoadNetworkImpl(int outputCount, std::unique_ptr<HostArray> outputs[], int inputCount,
                               HostArray const* inputs[]) {
   checkArguments(outputCount, inputCount, inputs);
-  auto const model = getElement<Model>(*inputs[0]);
-  auto const roadNetwork = getElement<RoadNetwork>(*inputs[1]);
+  Model const model = getModel(*inputs[0]);
+  RoadNetwork const roadNetwork = getRoadNetwork(*inputs[1]);
   std::string const fileName = getScalarTextAsStdString(inputs[2], 0);
   RoadNetworkImporter importer(model, roadNetwork);
   importer.run(fileName);
