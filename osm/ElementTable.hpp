@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/IdHash.hpp"
+#include "support/lookup.hpp"
 
 namespace OpenStreetMap {
 
@@ -73,9 +74,17 @@ class ElementTable {
   /// Throws std::out_of_range("_Map_base::at") when there is no such id.
   Record const& at(std::int64_t id) const {
     Record const* const found = find(id);
-    if (found == nullptr) throw std::out_of_range("_Map_base::at");
+    if (found == nullptr) support::throwMissing();
     return *found;
   }
+
+  /// Which of the records, in the order in which they came, has this id. Throws as `at` does.
+  std::uint32_t numberOf(std::int64_t id) const {
+    Slot const slot = slots_.empty() ? Slot() : slots_[slotOf(id)];
+    if (!slot.occupied()) support::throwMissing();
+    return slot.number();
+  }
+  Record const& operator[](std::uint32_t number) const noexcept { return record(number); }
 
   /// Stores a record unless its id is taken. Returns the stored record, or null. Throws
   /// std::length_error beyond some four thousand million records, std::bad_alloc.
@@ -117,7 +126,7 @@ class ElementTable {
     Slot(std::size_t number, std::int64_t id) noexcept
         : number_(static_cast<std::uint32_t>(number) + 1), tag_(tagOf(id)) {}
     bool occupied() const noexcept { return number_ != 0; }
-    std::size_t number() const noexcept { return number_ - 1; }
+    std::uint32_t number() const noexcept { return number_ - 1; }
     bool mayHold(std::int64_t id) const noexcept { return tag_ == tagOf(id); }
 
    private:

@@ -5,10 +5,11 @@
 #include <cstdint>
 #include <iterator>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "support/lookup.hpp"
 
 namespace OpenStreetMap {
 
@@ -72,7 +73,7 @@ class TagMap {
   /// Throws std::out_of_range("_Map_base::at") when there is no such key.
   std::u16string const& at(std::u16string_view key) const {
     const_iterator const found = find(key);
-    if (found == end()) throw std::out_of_range("_Map_base::at");
+    if (found == end()) support::throwMissing();
     return found->second;
   }
 

@@ -1,77 +1,92 @@
 #include "segments/assignSegmentElevations.hpp"
 
 #include <locale>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
+#include "segments/ConstantSequences.hpp"
 #include "segments/elevationProfile.hpp"
 #include "support/lookup.hpp"
 #include "support/ustring.hpp"
 
-using support::lookup;
 using velora::roadnetwork::RoadSegment;
 
 namespace {
 
 constexpr double layerHeight = 4.9;
 
-using RoadElevations = support::ModelIdMap<double>;
+// By road id, which count from 1; none for a road that was absorbed by another.
+class RoadElevations {
+ public:
+  explicit RoadElevations(RoadWayIds::RoadId maxRoadId) : elevations_(maxRoadId) {}
+
+  void set(RoadWayIds::RoadId road, double elevation) { elevations_[road - 1] = elevation; }
+  double at(RoadWayIds::RoadId road) const {
+    if (road - 1 >= elevations_.size() || !elevations_[road - 1]) support::throwMissing();
+    return *elevations_[road - 1];
+  }
+
+ private:
+  std::vector<std::optional<double>> elevations_;
+};
 
 RoadElevations computeRoadElevations(RoadNetworkImporter& importer) {
   auto const& roadWayIds = importer.roadWayIds;
-  RoadElevations roadElevations(roadWayIds.size());
+  RoadElevations roadElevations(roadWayIds.maxRoadId());
+  // The roads of a way come one after the other.
+  std::optional<RoadWayIds::WayId> lastWay;
+  double lastElevation = 0.0;
   for (RoadWayIds::RoadId id = 1; id <= roadWayIds.maxRoadId(); ++id) {
     double sum = 0.0;
     std::size_t count = 0;
     roadWayIds.forEach(id, [&](RoadWayIds::WayId way) {
-      importer.reader.populate(importer.reader.ways);
-      sum += wayLayerElevation(importer.reader.ways.at(way).tags);
+      if (way != lastWay) {
+        importer.reader.populate(importer.reader.ways);
+        lastElevation = wayLayerElevation(importer.reader.ways.at(way).tags);
+        lastWay = way;
+      }
+      sum += lastElevation;
       ++count;
     });
-    if (count > 0) roadElevations.emplace(id, sum / static_cast<double>(count));
+    if (count > 0) roadElevations.set(id, sum / static_cast<double>(count));
   }
   return roadElevations;
 }
 
 void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& roadElevations) {
-  std::vector<double> elevations;
   std::vector<double> position;
   for (auto const& [id, node] : importer.roadNetwork->getNodes()) {
     if (!node->hasPosition()) continue;
-    elevations.clear();
-    for (auto const& road : node->getIncomingRoads()) {
-      elevations.push_back(lookup(roadElevations, road->getID()));
-    }
-    for (auto const& road : node->getOutgoingRoads()) {
-      elevations.push_back(lookup(roadElevations, road->getID()));
-    }
     double sum = 0.0;
-    for (double const elevation : elevations) sum += elevation;
+    std::size_t count = 0;
+    for (auto const* const roads : {&node->getIncomingRoads(), &node->getOutgoingRoads()}) {
+      for (auto const& road : *roads) {
+        sum += roadElevations.at(road->getID());
+        ++count;
+      }
+    }
     position.assign(node->getPosition().begin(), node->getPosition().end());
-    position[2] = sum / static_cast<double>(elevations.size());  // NaN for a Node without roads
+    position[2] = sum / static_cast<double>(count);  // NaN for a Node without roads
     node->setPosition(position);
   }
 }
 
 void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadElevations) {
-  std::vector<double> centersX;
-  std::vector<double> elevations;
+  ConstantSequences constants;
   for (auto const& road : importer.roadNetwork->getRoads()) {
-    double const onRoad = lookup(roadElevations, road->getID());
+    double const onRoad = roadElevations.at(road->getID());
     double const atStart = road->getStartNode()->getElevation();
     double const atEnd = road->getEndNode()->getElevation();
     RoadSegment const segment = road->getRoadSegments()[0];
-    auto const& x = segment->getCentersX();
-    centersX.assign(x.begin(), x.end());
-    if (onRoad == atStart && onRoad == atEnd) {
-      elevations.assign(x.size(), onRoad);
-    } else {
-      elevations = elevationProfile(x.size(), atStart, onRoad, atEnd);
-    }
-    segment->setGeometry(centersX, segment->getCentersY().values(), elevations,
-                         segment->getBankingAngles().values(), segment->getHeadings().values());
+    std::size_t const n = segment->getCentersX().size();
+    bool const isLevel = onRoad == atStart && onRoad == atEnd;
+    segment->setGeometry(
+        segment->getCentersX(), segment->getCentersY(),
+        isLevel ? constants.of(n, onRoad) : elevationProfile(n, atStart, onRoad, atEnd),
+        segment->getBankingAngles(), segment->getHeadings());
   }
 }
 

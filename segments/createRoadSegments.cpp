@@ -2,9 +2,9 @@
 
 #include <boost/uuid/uuid.hpp>
 #include <limits>
-#include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
+#include "segments/ConstantSequences.hpp"
 #include "support/lookup.hpp"
 
 using support::lookup;
@@ -31,23 +31,16 @@ SegmentNodes createSegmentNodes(RoadNetworkImporter& importer) {
 
 void createRoadSegments(RoadNetworkImporter& importer) {
   SegmentNodes const segmentNodes = createSegmentNodes(importer);
-  std::vector<double> x;
-  std::vector<double> y;
-  std::vector<double> zeros;
-  std::vector<double> notComputed;
+  ConstantSequences constants;
   for (auto const& road : importer.roadNetwork->getRoads()) {
-    auto const& centersX = road->getCentersX();
-    auto const& centersY = road->getCentersY();
     RoadSegment const segment = RoadSegment::create(importer.model, boost::uuids::uuid{});
     segment->setID(road->getID());
     segment->setStartNode(lookup(segmentNodes, road->getStartNode()->getID()));
     segment->setEndNode(lookup(segmentNodes, road->getEndNode()->getID()));
-    std::size_t const n = centersX.size();
-    x.assign(centersX.begin(), centersX.end());
-    y.assign(centersY.begin(), centersY.end());
-    zeros.assign(n, 0.0);
-    notComputed.assign(n, std::numeric_limits<double>::quiet_NaN());
-    segment->setGeometry(x, y, zeros, zeros, notComputed);
+    std::size_t const n = road->getCentersX().size();
+    auto const& zeros = constants.of(n, 0.0);
+    auto const& notComputed = constants.of(n, std::numeric_limits<double>::quiet_NaN());
+    segment->setGeometry(road->getCentersX(), road->getCentersY(), zeros, zeros, notComputed);
     road->addRoadSegment(segment);
   }
 }

@@ -35,10 +35,10 @@ void RoadImpl::setEndNode(Node const& node) {
 void RoadImpl::setCenters(std::vector<double> const& x, std::vector<double> const& y) {
   if (x.size() != y.size()) throw std::invalid_argument("centre sequences of different length");
   // All that can fail comes first, so that the two never differ in length.
-  centersX_.reserve(x.size());
-  centersY_.reserve(y.size());
-  centersX_.assign(x);
-  centersY_.assign(y);
+  Sequence const newX(x);
+  Sequence const newY(y);
+  centersX_ = newX;
+  centersY_ = newY;
 }
 
 void RoadImpl::addRoadSegment(RoadSegment const& segment) {

@@ -6,22 +6,14 @@ RoadSegmentImpl::RoadSegmentImpl(boost::uuids::uuid const& uuid) : ModelElementI
 
 RoadSegmentImpl::~RoadSegmentImpl() = default;
 
-void RoadSegmentImpl::setGeometry(std::vector<double> const& centersX,
-                                  std::vector<double> const& centersY,
-                                  std::vector<double> const& elevations,
-                                  std::vector<double> const& bankingAngles,
-                                  std::vector<double> const& headings) {
-  // All that can fail comes first, so that a failure leaves all sequences as they were.
-  centersX_.reserve(centersX.size());
-  centersY_.reserve(centersY.size());
-  elevations_.reserve(elevations.size());
-  bankingAngles_.reserve(bankingAngles.size());
-  headings_.reserve(headings.size());
-  centersX_.assign(centersX);
-  centersY_.assign(centersY);
-  elevations_.assign(elevations);
-  bankingAngles_.assign(bankingAngles);
-  headings_.assign(headings);
+void RoadSegmentImpl::setGeometry(Sequence const& centersX, Sequence const& centersY,
+                                  Sequence const& elevations, Sequence const& bankingAngles,
+                                  Sequence const& headings) {
+  centersX_ = centersX;
+  centersY_ = centersY;
+  elevations_ = elevations;
+  bankingAngles_ = bankingAngles;
+  headings_ = headings;
 }
 
 bool RoadSegmentImpl::isRoadSegment(ModelElementImpl const& element) {

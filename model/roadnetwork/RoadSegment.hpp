@@ -26,12 +26,11 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
   RoadSegmentNode getEndNode() const noexcept { return endNode_; }
 
   /// Replaces all five sequences, one value a centre point: coordinates as the road has them,
-  /// elevations in metres, banking angles and headings (NaN: not computed). A sequence of this
-  /// segment's own may be given for itself, not for another.
-  virtual void setGeometry(std::vector<double> const& centersX, std::vector<double> const& centersY,
-                           std::vector<double> const& elevations,
-                           std::vector<double> const& bankingAngles,
-                           std::vector<double> const& headings);
+  /// elevations in metres, banking angles and headings (NaN: not computed). A vector of doubles
+  /// does for a sequence; a sequence that exists already is shared rather than copied.
+  virtual void setGeometry(Sequence const& centersX, Sequence const& centersY,
+                           Sequence const& elevations, Sequence const& bankingAngles,
+                           Sequence const& headings);
   Sequence const& getCentersX() const noexcept { return centersX_; }
   Sequence const& getCentersY() const noexcept { return centersY_; }
   Sequence const& getElevations() const noexcept { return elevations_; }

@@ -1,13 +1,17 @@
 // A sequence of primitive values that belongs to an element.
 #pragma once
 
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ref_counter.hpp>
 #include <cstddef>
+#include <utility>
 
 #include "model/zero/internal/SequenceIteratorPrimitive.hpp"
 
 namespace kb::zero {
 
-/// A read-only view for everybody but its element, which replaces the whole with `assign`.
+/// Its values never change; an element replaces the whole sequence. So copies share their values:
+/// copying takes no memory and can't fail. The share count is not atomic, like that of elements.
 /// `Storage` is a contiguous standard container of `T`.
 template <class T, class Storage>
 class PrimitiveCollection {
@@ -17,26 +21,34 @@ class PrimitiveCollection {
   using const_reverse_iterator = internal::SequenceIteratorPrimitive<T, true>;
 
   PrimitiveCollection() = default;
+  PrimitiveCollection(Storage values)  // NOLINT: values are a sequence
+      : shared_(values.empty() ? nullptr : new Shared(std::move(values))) {}
+  PrimitiveCollection(PrimitiveCollection const&) noexcept = default;
+  PrimitiveCollection& operator=(PrimitiveCollection const&) noexcept = default;
   virtual ~PrimitiveCollection() = default;
 
-  virtual std::size_t size() const { return values_.size(); }
-  T const& operator[](std::size_t i) const { return values_[i]; }
-  Storage const& values() const noexcept { return values_; }
+  virtual std::size_t size() const { return values().size(); }
+  T const& operator[](std::size_t i) const { return shared_->values[i]; }
+  Storage const& values() const noexcept { return shared_ ? shared_->values : none(); }
 
   const_iterator begin() const { return const_iterator(first()); }
-  const_iterator end() const { return const_iterator(first() + values_.size()); }
-  const_reverse_iterator rbegin() const { return const_reverse_iterator(first() + values_.size()); }
+  const_iterator end() const { return const_iterator(first() + size()); }
+  const_reverse_iterator rbegin() const { return const_reverse_iterator(first() + size()); }
   const_reverse_iterator rend() const { return const_reverse_iterator(first()); }
 
-  /// Memory for `size` values, so that assigning as many can't fail.
-  void reserve(std::size_t size) { values_.reserve(size); }
-  /// Replaces all values, in the memory that there is where it suffices.
-  void assign(Storage const& values) { values_ = values; }
-
  private:
-  T const* first() const { return values_.data(); }
+  struct Shared : boost::intrusive_ref_counter<Shared, boost::thread_unsafe_counter> {
+    explicit Shared(Storage from) noexcept : values(std::move(from)) {}
+    Storage const values;
+  };
 
-  Storage values_;
+  static Storage const& none() noexcept {
+    static Storage const empty;
+    return empty;
+  }
+  T const* first() const { return values().data(); }
+
+  boost::intrusive_ptr<Shared const> shared_;
 };
 
 }  // namespace kb::zero
