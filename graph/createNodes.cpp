@@ -17,15 +17,22 @@ std::vector<Id> findJunctions(RoadNetworkImporter& importer) {
   auto& junctions = importer.junctionNodeIds;
   std::size_t const expected = 2 * importer.selectedWays.size();
   junctions.reserve(expected);
-  support::IdMap<std::uint64_t> interiorUseCounts(expected);
+  importer.reader.populate(importer.reader.nodes);
+  auto const& nodes = importer.reader.nodes;
+  // By node number. That there are two is enough to know.
+  std::vector<std::uint8_t> interiorUseCounts(nodes.size());
+  importer.wayNodeNumbers.clear();
   for (Way const* const way : importer.selectedWays) {
     auto const& references = way->nodeReferences;
     junctions.insert(references.front());
     junctions.insert(references.back());
-    for (Id const id : references.subspan(1, references.size() - 2)) ++interiorUseCounts[id];
-  }
-  for (auto const& [id, count] : interiorUseCounts) {
-    if (count > 1) junctions.insert(id);
+    for (std::size_t i = 0; i < references.size(); ++i) {
+      std::uint32_t const number = nodes.numberOf(references[i]);
+      importer.wayNodeNumbers.push_back(number);
+      bool const isInterior = i > 0 && i + 1 < references.size();
+      if (!isInterior || interiorUseCounts[number] == 2) continue;
+      if (++interiorUseCounts[number] == 2) junctions.insert(references[i]);
+    }
   }
   return {junctions.begin(), junctions.end()};
 }

@@ -36,5 +36,8 @@ class RoadNetworkImporter {
   support::IdMap<std::u16string> wayNames;
   support::IdMap<velora::roadnetwork::DirectionOfTravel> wayDirections;
   support::IdSet junctionNodeIds;
+  /// For each node reference of each selected way, one after the other: the number of its record in
+  /// the reader's node table, so that the node is looked up by its id only once.
+  std::vector<std::uint32_t> wayNodeNumbers;
   RoadWayIds roadWayIds;
 };
