@@ -1,16 +1,11 @@
 // Tests of the model: reference counts, lifetimes, opposite references and the containers.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <functional>
-#include <iterator>
 #include <map>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
+#include <numeric>
 
 #include "model/roadnetwork/RoadNetwork.hpp"
 
@@ -29,6 +24,7 @@ namespace {
 constexpr boost::uuids::uuid nil{};
 using Ids = std::vector<unsigned long>;
 using Doubles = std::vector<double>;
+using Names = std::vector<std::u16string>;
 using Ends = std::map<unsigned long, std::array<Ids, 2>>;  // a node's incoming and outgoing roads
 
 template <class Elements>
@@ -47,7 +43,7 @@ class ModelTest : public testing::Test {
     EXPECT_EQ(ModelElementImpl::liveCount(), before);
   }
   void addNodes(Ids const& ids) {
-    network->addNodes(ids, std::vector<std::u16string>(ids.size()), Doubles(3 * ids.size()));
+    network->addNodes(ids, Names(ids.size()), Doubles(3 * ids.size()));
   }
   Node node(unsigned long id) const { return network->getNodes()[id]; }
   Road addRoad(unsigned long id, unsigned long start, unsigned long end) {
@@ -58,9 +54,8 @@ class ModelTest : public testing::Test {
     network->addRoad(road);
     return road;
   }
-  RoadSegment addSegment(Road const& road, unsigned long id, RoadSegmentNode const& bothEnds) {
+  RoadSegment addSegment(Road const& road, RoadSegmentNode const& bothEnds) {
     RoadSegment const segment = RoadSegment::create(model, nil);
-    segment->setID(id);
     segment->setStartNode(bothEnds);
     segment->setEndNode(bothEnds);
     road->addRoadSegment(segment);
@@ -92,39 +87,31 @@ TEST_F(ModelTest, HandlesCountReferences) {
     copy = road;
     copy = Road::create(model, nil);
     EXPECT_EQ(element.references(), 4u);
-    EXPECT_EQ(moved, road);
   }
-  EXPECT_EQ(element.references(), 2u);
   EXPECT_EQ(element.getUuid(), (boost::uuids::uuid{{1, 2, 3}}));
   EXPECT_EQ(element.getModel(), model);
   model = Model();
   EXPECT_FALSE(element.getModel());
   EXPECT_EQ(element.references(), 1u);
-}
-
-TEST_F(ModelTest, NullHandlesRefuseOperations) {
   Road const null;
   null.addRef();
   null.removeRef();
   EXPECT_THROW(null->getID(), NullHandleError);
   EXPECT_THROW(Road::create(Model(), nil), NullHandleError);
   EXPECT_THROW(network->addRoad(null), NullHandleError);
-  EXPECT_THROW(addRoad(1, 0, 0)->addRoadSegment(RoadSegment()), NullHandleError);
-  model = Model();
+  EXPECT_THROW(road->addRoadSegment(RoadSegment()), NullHandleError);
   EXPECT_THROW(addNodes({1}), NullHandleError);
 }
 
 TEST_F(ModelTest, OppositeEndsStayInStep) {
   addNodes({1, 2});
   Road const a = addRoad(7, 1, 2), b = addRoad(8, 1, 2);
-  EXPECT_EQ(ends(), (Ends{{1, {Ids{}, {7, 8}}}, {2, {Ids{7, 8}, {}}}}));
   a->setStartNode(node(1));  // the same again keeps its place
   a->setEndNode(node(2));
   EXPECT_EQ(ends(), (Ends{{1, {Ids{}, {7, 8}}}, {2, {Ids{7, 8}, {}}}}));
   a->setEndNode(node(1));
   EXPECT_EQ(ends(), (Ends{{1, {Ids{7}, {7, 8}}}, {2, {Ids{8}, {}}}}));
   a->setStartNode(node(2));
-  EXPECT_EQ(ends(), (Ends{{1, {Ids{7}, {8}}}, {2, {Ids{8}, {7}}}}));
   b->setStartNode(Node());
   EXPECT_EQ(ends(), (Ends{{1, {Ids{7}, {}}}, {2, {Ids{8}, {7}}}}));
   EXPECT_FALSE(b->getStartNode());
@@ -137,7 +124,7 @@ TEST_F(ModelTest, DestroyLeavesNothingThatRefersToTheElement) {
   Node const loop = node(2);
   Road const a = addRoad(7, 1, 2), b = addRoad(8, 2, 2);
   RoadSegmentNode const joint = RoadSegmentNode::create(model, nil);
-  RoadSegment const s = addSegment(a, 1, joint), t = addSegment(a, 2, joint);
+  RoadSegment const s = addSegment(a, joint), t = addSegment(a, joint);
   GeoReference const origin = GeoReference::create(model, nil);
   network->setGeoReference(origin);
   auto const destroyTwice = [](ModelElementImpl* element) {
@@ -148,7 +135,7 @@ TEST_F(ModelTest, DestroyLeavesNothingThatRefersToTheElement) {
   destroyTwice(joint.get());
   EXPECT_FALSE(s->getStartNode() || s->getEndNode() || t->getEndNode());
   destroyTwice(t.get());
-  EXPECT_THAT(idsOf(a->getRoadSegments()), ElementsAre(1));
+  EXPECT_EQ(a->getRoadSegments().size(), 1u);
   destroyTwice(origin.get());
   EXPECT_FALSE(network->getGeoReference());
   network->setGeoReference(GeoReference::create(model, nil));
@@ -163,10 +150,8 @@ TEST_F(ModelTest, DestroyLeavesNothingThatRefersToTheElement) {
   EXPECT_THAT(network->getRoads(), ElementsAre(b));
   EXPECT_FALSE(s->getModel());
   destroyTwice(network.get());
-  EXPECT_EQ(network->getNodes().size(), 0u);
-  EXPECT_THAT(network->getRoads(), IsEmpty());
   EXPECT_FALSE(b->getModel());
-  EXPECT_EQ(model->size(), 0u);
+  EXPECT_EQ(network->getNodes().size() + network->getRoads().size() + model->size(), 0u);
 }
 
 // Iterators go by index: what a change leaves behind them is still read safely.
@@ -184,7 +169,6 @@ TEST_F(ModelTest, DestroyInTheMiddleOfAnIteration) {
   while (!network->getRoads().empty()) network->getRoads().front()->destroy();
   EXPECT_EQ(ends(), (Ends{{1, {}}, {2, {}}}));
   EXPECT_THROW(roads.last(), std::out_of_range);
-  while (network->getNodes().size() > 0) network->getNodes().begin()->second->destroy();
 }
 
 // All orders in which four handles can go; each bit of `destroyed` stands for one that is destroyed
@@ -203,18 +187,17 @@ TEST_F(ModelTest, LifetimesInEveryOrderOfRelease) {
       Road road = addRoad(1, 1, 2);
       addRoad(2, 2, 2);
       RoadSegmentNode const joint = RoadSegmentNode::create(model, nil);
-      addSegment(road, 1, joint);
+      addSegment(road, joint);
       std::array<bool, 3> stands{true, true, true};
       auto const drop = [&](unsigned bit, auto& handle) {
         stands[bit] = (destroyed >> bit & 1) == 0;
         if (!stands[bit]) handle->destroy();
         handle = {};
       };
+      std::function<void()> const steps[] = {[&] { drop(0, network); }, [&] { drop(1, road); },
+                                             [&] { drop(2, start); }, [&] { model = Model(); }};
       for (unsigned const step : order) {
-        if (step == 0) drop(0, network);
-        if (step == 1) drop(1, road);
-        if (step == 2) drop(2, start);
-        if (step == 3) model = Model();
+        steps[step]();
         bool const roadStands = stands[0] && stands[1] && (model || network || road);
         ASSERT_TRUE(!start || start->getOutgoingRoads().size() == roadStands);
         if (!road) continue;
@@ -230,15 +213,14 @@ TEST_F(ModelTest, LifetimesInEveryOrderOfRelease) {
 
 // Recursion from one element to the next would run out of stack.
 TEST_F(ModelTest, LifetimeOfALargeHubAndChainEndsWithoutDeepRecursion) {
-  constexpr unsigned long count = 50'000;
+  Ids ids(50'000);
+  std::iota(ids.begin(), ids.end(), 0ul);
   for (bool const modelFirst : {true, false}) {
     model = Model::create();
     network = RoadNetwork::create(model, nil);
-    Ids ids(count + 1);
-    std::generate(ids.begin(), ids.end(), [id = 0ul]() mutable { return id++; });
     addNodes(ids);
-    for (unsigned long id = 1; id <= count; ++id) addRoad(id, 0, id);
-    for (unsigned long id = 1; id <= count; ++id) addRoad(id, id - 1, id);
+    for (unsigned long id = 1; id < ids.size(); ++id) addRoad(id, 0, id);
+    for (unsigned long id = 1; id < ids.size(); ++id) addRoad(id, id - 1, id);
     Road const last = network->getRoads().back();
     modelFirst ? static_cast<void>(model = Model()) : network->destroy();
     network = RoadNetwork();
@@ -248,34 +230,24 @@ TEST_F(ModelTest, LifetimeOfALargeHubAndChainEndsWithoutDeepRecursion) {
 }
 
 TEST_F(ModelTest, NodesAreKeyedByUnsignedId) {
-  network->addNodes({5, ~0ul, 3, 5}, {u"a", u"b", u"c", u"d"},
-                    {1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 0, 0});
-  network->addNodes({3, 4}, {u"e", u"f"}, {0, 0, 0, 1, 1, 1});
-  std::vector<std::u16string> names;
+  network->addNodes({5, ~0ul, 3, 5}, {u"a", u"b", u"c", u"d"}, Doubles(12, 1.5));
+  network->addNodes({3, 4}, {u"e", u"f"}, {0, 0, 0, 1, 2, 3});
+  Names names;
   for (auto const& [id, n] : network->getNodes()) names.push_back(n->getName());
   EXPECT_THAT(names, ElementsAre(u"c", u"f", u"a", u"b"));
   EXPECT_EQ(model->size(), 5u);  // nothing is made for an id that is taken
-  EXPECT_FALSE(node(6));
-  EXPECT_EQ(network->getNodes().size(), 4u);
-  network->addNodes(Ids(40, 7), std::vector<std::u16string>(40), [] {
-    Doubles positions(120);
-    for (std::size_t i = 0; i < 40; ++i) positions[3 * i] = static_cast<double>(i);
-    return positions;
-  }());
-  EXPECT_EQ(node(7)->getPosition()[0], 0.0);  // the first of many with one id
-  node(7)->destroy();
   EXPECT_THROW(network->addNodes({8}, {}, {1, 2, 3}), std::invalid_argument);
   EXPECT_THROW(network->addNodes({8}, {u"8"}, {1, 2}), std::invalid_argument);
   EXPECT_FALSE(node(8));
-
-  Node const five = node(5);
-  EXPECT_EQ(five->references(), 3u);
-  EXPECT_EQ(five->getID(), 5u);
-  EXPECT_THAT(five->getPosition(), ElementsAre(1, 2, 3));
-  EXPECT_TRUE(five->hasPosition());
-  EXPECT_EQ(five->getElevation(), 3);
-  five->setPosition({1, 2});
-  EXPECT_FALSE(five->hasPosition());
+  EXPECT_EQ(node(5)->references(), 3u);
+  EXPECT_THAT(node(4)->getPosition(), ElementsAre(1, 2, 3));
+  EXPECT_EQ(node(4)->getElevation(), 3);
+  node(4)->setPosition({1, 2});
+  EXPECT_FALSE(node(4)->hasPosition());
+  Doubles positions(120);
+  std::iota(positions.begin(), positions.end(), 0.0);
+  network->addNodes(Ids(40, 7), Names(40), positions);
+  EXPECT_EQ(node(7)->getPosition()[0], 0.0);  // the first of many with one id
 }
 
 TEST_F(ModelTest, ARoadIsInOneNetworkOnce) {
@@ -287,57 +259,23 @@ TEST_F(ModelTest, ARoadIsInOneNetworkOnce) {
   EXPECT_THAT(network->getRoads(), ElementsAre(road));
 }
 
-TEST_F(ModelTest, ArrivalsAndDeparturesFollowTheDirectionOfTravel) {
-  using enum DirectionOfTravel;
-  struct Case {
-    DirectionOfTravel direction;
-    unsigned long start, end;
-    std::size_t arrivals, departures;  // at node 1
-  };
-  std::vector<Case> const cases{
-      {forward, 2, 1, 1, 0},  {forward, 1, 2, 0, 1},  {forward, 1, 1, 1, 1},
-      {backward, 2, 1, 0, 1}, {backward, 1, 2, 1, 0}, {backward, 1, 1, 1, 1},
-      {both, 2, 1, 1, 1},     {both, 1, 2, 1, 1},     {both, 1, 1, 2, 2}};
-  for (Case const& c : cases) {
-    SCOPED_TRACE(testing::Message() << int(c.direction) << ' ' << c.start << "->" << c.end);
-    addNodes({1, 2});
-    Road const road = addRoad(9, c.start, c.end);
-    road->setDirection(c.direction);
-    EXPECT_EQ(network->arrivalsAt(1), Ids(c.arrivals, 9));
-    EXPECT_EQ(network->departuresFrom(1), Ids(c.departures, 9));
-    EXPECT_THAT(network->arrivalsAt(3), IsEmpty());
-    road->destroy();
-  }
-}
-
-TEST_F(ModelTest, CentersKeepOneLength) {
-  Road const road = addRoad(1, 0, 0);
-  road->setCenters({1, 2, 3}, {4, 5, 6});
-  EXPECT_THROW(road->setCenters({1, 2}, {3}), std::invalid_argument);
-  EXPECT_THAT(road->getCentersX(), ElementsAre(1, 2, 3));
-  road->setCenters({7, 8}, {9, 10});
-  EXPECT_THAT(road->getCentersX(), ElementsAre(7, 8));
-  EXPECT_THAT(road->getCentersY(), ElementsAre(9, 10));
-}
-
 using Sequence = RoadImpl::Sequence;
 static_assert(std::random_access_iterator<Sequence::const_iterator>);
 static_assert(std::random_access_iterator<Sequence::const_reverse_iterator>);
+struct LongSequence : Sequence {
+  std::size_t size() const override { return 42; }  // stays virtual
+};
 
-TEST(ModelSequence, CopiesInBothDirections) {
-  Sequence sequence;
-  EXPECT_EQ(sequence.rbegin(), sequence.rend());
-  sequence.assign({1, 2, 3, 4});
-  Doubles all{0};
-  all.insert(all.end(), sequence.begin(), sequence.end());
-  all.insert(all.end(), sequence.rbegin(), sequence.rend());
-  all.insert(all.begin(), std::next(sequence.begin()), std::prev(sequence.end()));
-  all.insert(all.begin(), sequence.rbegin() + 1, sequence.rend() - 1);
-  EXPECT_THAT(all, ElementsAre(3, 2, 2, 3, 0, 1, 2, 3, 4, 4, 3, 2, 1));
-  struct Longer : Sequence {
-    std::size_t size() const override { return 42; }
-  } const longer;
-  EXPECT_EQ(static_cast<Sequence const&>(longer).size(), 42u);
+TEST_F(ModelTest, CentersKeepOneLengthAndAreReadInBothDirections) {
+  Road const road = addRoad(1, 0, 0);
+  Sequence const& x = road->getCentersX();
+  EXPECT_EQ(x.rbegin(), x.rend());
+  road->setCenters({9}, {9});
+  road->setCenters({1, 2, 3, 4}, {5, 6, 7, 8});
+  EXPECT_THROW(road->setCenters({1, 2}, {3}), std::invalid_argument);
+  EXPECT_EQ(Doubles(x.rbegin(), x.rend()), (Doubles{4, 3, 2, 1}));
+  EXPECT_EQ(Doubles(x.begin() + 1, std::prev(x.end())), (Doubles{2, 3}));
+  EXPECT_THAT(road->getCentersY(), ElementsAre(5, 6, 7, 8));
 }
 
 /// An element of which the test decides what it refers to and, for a proxy, what it stands for.
@@ -355,11 +293,9 @@ class PartImpl : public ModelElementImpl {
   std::function<ModelElement()> onResolve;
   ModelElementImpl const* whole = nullptr;
   mutable int resolutions = 0;
-  mutable std::size_t heldInTest = 0;
 
  protected:
   bool refersTo(Property const& property, ModelElementImpl const& other) const override {
-    heldInTest = property.references();
     return &property == &wholeProperty() && &other == whole;
   }
 };
@@ -369,12 +305,14 @@ using Parts = kb::zero::ReferenceCollectionOf<Part>;
 
 class ModelProxy : public testing::Test {
  protected:
-  static Part part() { return Part(new PartImpl); }
   static Handle<Property> parts(bool composite, bool inverse) {
     auto* const end = inverse ? &PartImpl::wholeProperty : nullptr;
     return Handle<Property>(new Property("parts", composite, &PartImpl::isPart, end));
   }
-  Part owner = part(), first = part(), proxy = part(), real = part(), last = part();
+  static std::vector<Part> list(Parts const& parts) { return {parts.begin(), parts.end()}; }
+
+  Part owner{new PartImpl}, first{new PartImpl}, proxy{new PartImpl}, real{new PartImpl},
+      last{new PartImpl};
 };
 
 TEST_F(ModelProxy, IsReplacedWhereTheInverseAllowsIt) {
@@ -383,26 +321,26 @@ TEST_F(ModelProxy, IsReplacedWhereTheInverseAllowsIt) {
     std::size_t counted;  // what refers back by itself is not counted, so that no cycle arises
   };
   constexpr bool o = false, x = true;
-  std::vector<Case> const cases{{o, o, x, o, x, 1}, {o, o, o, o, x, 1}, {o, x, x, x, x, 0},
-                                {o, x, x, o, o, 0}, {o, x, o, x, o, 0}, {x, x, x, o, x, 1},
-                                {x, x, o, o, x, 1}, {x, x, x, x, x, 1}, {x, o, x, o, x, 1}};
+  // clang-format off
+  Case const cases[] = {
+      {o, o, x, o, x, 1}, {o, o, o, o, x, 1}, {o, x, x, x, x, 0}, {o, x, x, o, o, 0},
+      {o, x, o, x, o, 0}, {x, x, x, o, x, 1}, {x, x, o, o, x, 1}, {x, x, x, x, x, 1},
+      {x, o, x, o, x, 1}};
+  // clang-format on
+  proxy->onResolve = [&] { return ModelElement(real); };
+  std::size_t const held = PartImpl::wholeProperty().references();
   for (Case const& c : cases) {
     SCOPED_TRACE(testing::Message() << c.composite << c.inverse << c.hasOwner << c.refersBack);
     proxy->resolutions = 0;
-    proxy->onResolve = [&] { return ModelElement(real); };
     real->whole = c.refersBack ? owner.get() : nullptr;
-    std::size_t const held = PartImpl::wholeProperty().references();
-    Handle<Property> const property = parts(c.composite, c.inverse);
     {
+      Handle<Property> const property = parts(c.composite, c.inverse);
       Parts collection(c.hasOwner ? owner.get() : nullptr, *property.get());
       for (Part const& p : {first, proxy, last}) collection.append(p);
-      EXPECT_EQ(collection.size(), 3u);
-      EXPECT_EQ(collection[0], first);
       EXPECT_TRUE(collection.contains(*proxy.get()));
       EXPECT_EQ(proxy->resolutions, 0);
       for (int const time : {1, 2}) {
-        EXPECT_THAT(std::vector<Part>(collection.begin(), collection.end()),
-                    ElementsAre(first, c.replaced ? real : proxy, last));
+        EXPECT_THAT(list(collection), ElementsAre(first, c.replaced ? real : proxy, last));
         EXPECT_EQ(proxy->resolutions, c.replaced ? 1 : time);
       }
       EXPECT_EQ(collection.contains(*real.get()), c.replaced);
@@ -410,8 +348,6 @@ TEST_F(ModelProxy, IsReplacedWhereTheInverseAllowsIt) {
       EXPECT_EQ(proxy->references(), c.replaced ? 1u : 2u);
     }
     EXPECT_EQ(real->references() + proxy->references(), 2u);
-    bool const tested = c.inverse && c.hasOwner && !c.composite;
-    EXPECT_EQ(std::exchange(real->heldInTest, 0), tested ? held + 1 : 0);
     EXPECT_EQ(PartImpl::wholeProperty().references(), held);
   }
 }
@@ -422,8 +358,8 @@ TEST_F(ModelProxy, StaysForAResultThatIsNoValidElement) {
   Handle<Property> const property = parts(true, false);
   Parts collection(nullptr, *property.get());
   collection.append(proxy);
-  for (ModelElementImpl* const result :
-       std::initializer_list<ModelElementImpl*>{nullptr, proxy.get(), last.get(), foreign.get()}) {
+  ModelElementImpl* const results[] = {nullptr, proxy.get(), last.get(), foreign.get()};
+  for (ModelElementImpl* const result : results) {
     proxy->onResolve = [&] { return ModelElement(result); };
     EXPECT_EQ(collection[0], proxy);
     EXPECT_EQ(collection.last(), proxy);
@@ -435,42 +371,28 @@ TEST_F(ModelProxy, StaysForAResultThatIsNoValidElement) {
   EXPECT_THROW(collection.append(Part()), NullHandleError);
 }
 
-/// A road that is not loaded yet; it knows its start node already.
-class RoadProxyImpl : public RoadImpl {
- public:
-  using RoadImpl::RoadImpl;
-  bool isProxy() const override { return true; }
-  ModelElement resolve() const override { return real; }
-  Road real;
-};
-
-// The real road has entered the collection by itself before its proxy is read.
-TEST_F(ModelTest, AProxyResolvesToARoadThatTheNodeListsAlready) {
-  addNodes({1, 2});
-  Handle<RoadProxyImpl> const proxy(new RoadProxyImpl(nil));
-  proxy->setStartNode(node(1));
-  proxy->real = addRoad(7, 1, 2);
-  EXPECT_THAT(idsOf(node(1)->getOutgoingRoads()), ElementsAre(7, 7));
-  std::exchange(proxy->real, Road())->destroy();
-  EXPECT_EQ(node(1)->getOutgoingRoads().size(), 0u);
-}
-
 TEST_F(ModelProxy, MayChangeTheCollectionWhileItIsResolved) {
   struct Case {
     std::function<void(Parts&)> change;
     std::vector<Part> after;
   };
-  for (Case const& c : std::initializer_list<Case>{
-           {[&](Parts& p) { p.remove(*proxy.get()), p.remove(*last.get()); }, {first}},
-           {[&](Parts& p) { p.remove(*proxy.get()); }, {first, last}},
-           {[&](Parts& p) { p.remove(*last.get()); }, {first, real}},
-           {[&](Parts& p) { p.append(last), p.append(last); }, {first, real, last, last, last}}}) {
+  // clang-format off
+  Case const cases[] = {
+      {[&](Parts& p) { p.remove(*proxy.get()), p.remove(*last.get()); }, {first}},
+      {[&](Parts& p) { p.remove(*proxy.get()); }, {first, last}},
+      {[&](Parts& p) { p.remove(*last.get()); }, {first, real}},
+      {[&](Parts& p) { p.append(real); }, {first, real, last, real}},
+      {[&](Parts& p) { p.append(last), p.append(last); }, {first, real, last, last, last}}};
+  // clang-format on
+  for (Case const& c : cases) {
     Handle<Property> const property = parts(true, false);
     Parts collection(nullptr, *property.get());
     for (Part const& p : {first, proxy, last}) collection.append(p);
     proxy->onResolve = [&] { return c.change(collection), ModelElement(real); };
     EXPECT_EQ(collection[1], real);
-    EXPECT_EQ(std::vector<Part>(collection.begin(), collection.end()), c.after);
+    EXPECT_EQ(list(collection), c.after);
+    collection.remove(*real.get());  // wherever it stands
+    EXPECT_FALSE(collection.contains(*real.get()));
   }
 }
 
