@@ -1,11 +1,8 @@
 // osm2roadnet: imports an OpenStreetMap file from the command line.
-#include <malloc.h>
-
 #include <boost/uuid/uuid.hpp>
 #include <chrono>
 #include <exception>
 #include <iostream>
-#include <limits>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -58,10 +55,6 @@ int fail(std::string const& message) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A network is released piece by piece. Giving memory back to the system on the way, only to end
-  // a moment later, takes a tenth of the whole import.
-  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-  mallopt(M_TOP_PAD, 16 * 1024 * 1024);
   std::string input = "?";
   try {
     int exitCode = 0;
