@@ -20,6 +20,8 @@ void Reader::readFile() {
     TableFiller filler(*buffer_, nodes, ways, relations);
     FileSource source(*file_, progress_);
     decodeFile(source, file_->name, filler);
+    nodes.makeIndex();
+    ways.makeIndex();
     latitudeLimits_ = filler.latitudeLimits();
     longitudeLimits_ = filler.longitudeLimits();
     populated_ = true;
