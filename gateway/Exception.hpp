@@ -63,10 +63,15 @@ class Exception final : public IMsgIDException, public Base {
   std::string fullId_;
 };
 
-/// Throws the error of an identifier.
+/// The error of an identifier; the identifier itself is gone when it is thrown.
+template <class Id>
+Exception<Id, std::exception, void> makeException() {
+  return Exception<Id, std::exception, void>(Id());
+}
+/// Throws it.
 template <class Id>
 [[noreturn]] void raise() {
-  throw Exception<Id, std::exception, void>(Id());
+  throw makeException<Id>();
 }
 
 }  // namespace foundation::core::except

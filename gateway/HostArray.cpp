@@ -23,7 +23,7 @@ struct Characters {
 };
 struct Strings {
   std::vector<std::optional<std::u16string>> elements;
-  std::vector<Text> texts;
+  std::vector<Text> texts;  // one an element; nothing for a missing one
 };
 struct Objects {
   std::string className;
@@ -65,16 +65,24 @@ void std::default_delete<HostArray>::operator()(HostArray* array) const noexcept
 namespace host {
 namespace {
 
-constexpr std::size_t anyNumber = static_cast<std::size_t>(-1);
-
 std::size_t product(Dimensions const& dimensions) noexcept {
   return std::accumulate(dimensions.begin(), dimensions.end(), std::size_t{1}, std::multiplies<>());
 }
 
+std::size_t checkedProduct(Dimensions const& dimensions) {
+  if (dimensions.size() < 2) throw std::invalid_argument("an array has at least two dimensions");
+  std::size_t count = 1;
+  for (std::size_t const dimension : dimensions) {
+    if (__builtin_mul_overflow(count, dimension, &count)) {
+      throw std::invalid_argument("the dimensions are too large");
+    }
+  }
+  return count;
+}
+
 std::unique_ptr<HostArray> create(Dimensions dimensions, HostArray::Content content,
                                   std::size_t elements) {
-  if (dimensions.size() < 2) throw std::invalid_argument("an array has at least two dimensions");
-  if (elements != anyNumber && elements != product(dimensions)) {
+  if (elements != checkedProduct(dimensions)) {
     throw std::invalid_argument("the number of elements does not fit the dimensions");
   }
   return std::make_unique<HostArray>(std::move(dimensions), std::move(content));
@@ -96,8 +104,9 @@ std::unique_ptr<HostArray> createNumericArray(Dimensions dimensions, ClassCode c
   if (code != ClassCode::real64 || complexity != Complexity::real) {
     throw std::invalid_argument("only arrays of real doubles can be made");
   }
-  Doubles content{std::make_unique_for_overwrite<double[]>(product(dimensions))};
-  return create(std::move(dimensions), std::move(content), anyNumber);
+  std::size_t const count = checkedProduct(dimensions);
+  Doubles content{std::make_unique_for_overwrite<double[]>(count)};
+  return create(std::move(dimensions), std::move(content), count);
 }
 
 std::unique_ptr<HostArray> createCharacterArray(Dimensions dimensions, std::u16string characters) {
@@ -110,7 +119,7 @@ std::unique_ptr<HostArray> createStringArray(Dimensions dimensions,
   std::size_t const count = elements.size();
   Strings content{std::move(elements), {}};
   for (auto const& element : content.elements) {
-    content.texts.push_back(element ? Text{element->data(), element->size()} : Text{nullptr, 0});
+    content.texts.push_back(element ? Text{element->data(), element->size()} : Text{});
   }
   return create(std::move(dimensions), std::move(content), count);
 }
@@ -186,14 +195,15 @@ void notEnoughInputs() {
 }  // namespace host
 
 namespace Keldane::String {
-namespace {
+
+bool isScalar(host::Dimensions const& dimensions) noexcept {
+  return dimensions.size() == 2 && dimensions[0] == 1 && dimensions[1] == 1;
+}
 
 bool isRowOrEmpty(host::Dimensions const& dimensions) noexcept {
   return dimensions.size() == 2 &&
          (dimensions[0] == 1 || (dimensions[0] == 0 && dimensions[1] == 0));
 }
-
-}  // namespace
 
 bool isString(HostArray const* array) noexcept {
   return array != nullptr && array->contentAs<Strings>() != nullptr;
@@ -202,8 +212,8 @@ bool isString(HostArray const* array) noexcept {
 StringArray getString(HostArray const& array) {
   auto const& strings = array.content<Strings>();
   StringArray result{array.dimensions(), {}};
-  for (Text const& text : strings.texts) {
-    result.elements.push_back(text.codeUnits == nullptr ? nullptr : &text);
+  for (std::size_t i = 0; i < strings.elements.size(); ++i) {
+    result.elements.push_back(strings.elements[i] ? &strings.texts[i] : nullptr);
   }
   return result;
 }
@@ -214,7 +224,7 @@ bool isNonMissingScalarText(HostArray const* array, int characterTolerance) noex
     return characterTolerance != 0 || isRowOrEmpty(array->dimensions());
   }
   auto const* const strings = array->contentAs<Strings>();
-  return strings != nullptr && array->dimensions() == host::Dimensions{1, 1} &&
+  return strings != nullptr && isScalar(array->dimensions()) &&
          strings->elements.front().has_value();
 }
 

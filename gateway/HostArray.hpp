@@ -75,7 +75,7 @@ using InterfacePointer = std::unique_ptr<ObjectInterface, ReleaseInterface>;
 
 /// @name Making arrays
 /// Each throws std::invalid_argument when the number of elements is not the product of the
-/// dimensions, or there are fewer than two dimensions.
+/// dimensions, there are fewer than two dimensions, or their product is not a std::size_t.
 /// @{
 /// Doubles whose values are not set: the only numeric arrays there are.
 std::unique_ptr<HostArray> createNumericArray(Dimensions dimensions, ClassCode code,
@@ -136,8 +136,12 @@ struct StringArray {
 bool isString(HostArray const* array) noexcept;
 /// Its strings; std::bad_cast for another kind of array. The texts live as long as the array.
 StringArray getString(HostArray const& array);
+/// Whether these are the dimensions of a scalar: 1-by-1.
+bool isScalar(host::Dimensions const& dimensions) noexcept;
+/// Whether these are the dimensions of ordinary text: a row, or 0-by-0.
+bool isRowOrEmpty(host::Dimensions const& dimensions) noexcept;
 /// Whether the array is a string scalar that is not missing, or character text: with a
-/// `characterTolerance` of 0 a row or 0-by-0, with 1 a character array of any shape.
+/// `characterTolerance` of 0 a row or 0-by-0, otherwise a character array of any shape.
 bool isNonMissingScalarText(HostArray const* array, int characterTolerance) noexcept;
 
 }  // namespace Keldane::String

@@ -14,12 +14,13 @@ using Vorlan::string::MustBeStringScalarOrCharacterVector;
 std::u16string_view getScalarText(HostArray const* text, int strict) {
   if (text == nullptr) raise<MustBeStringScalarOrCharacterVector>();
   if (host::classCode(*text) == host::ClassCode::character) {
-    host::Dimensions const& size = host::dimensions(*text);
-    bool const row = size.size() == 2 && (size[0] == 1 || (size[0] == 0 && size[1] == 0));
-    if (row || strict == 0) return host::characterData(*text);
+    if (strict == 0 || Keldane::String::isRowOrEmpty(host::dimensions(*text))) {
+      return host::characterData(*text);
+    }
   } else if (Keldane::String::isString(text)) {
     Keldane::String::StringArray const strings = Keldane::String::getString(*text);
-    if (strings.dimensions != host::Dimensions{1, 1}) raise<MustBeStringScalarOrCharacterVector>();
+    if (!Keldane::String::isScalar(strings.dimensions))
+      raise<MustBeStringScalarOrCharacterVector>();
     Keldane::String::Text const* const element = strings.elements.front();
     if (element == nullptr) raise<MissingNotSupported>();
     return {element->codeUnits, element->length};

@@ -35,7 +35,7 @@ void setGeographicReference(RoadNetworkImporter& importer) {
     longitudes.reserve(nodes.size());
     for (auto const& [id, node] : nodes) {
       std::span<double const> const position = node->getPosition();
-      if (position.size() < 2) continue;
+      if (position.size() < 2) continue;  // a host may have replaced it
       latitudes.push_back(position[0]);
       longitudes.push_back(position[1]);
     }

@@ -19,9 +19,9 @@ bool isAscii(char byte) {
   return static_cast<unsigned char>(byte) < 0x80;
 }
 
-// ICU counts in 32 bits.
-std::int32_t icuLength(std::size_t length) {
-  if (length > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max() / 3)) {
+// ICU counts in 32 bits; the converted text has up to `growth` units for each.
+std::int32_t icuLength(std::size_t length, std::int32_t growth) {
+  if (length > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max() / growth)) {
     throw std::length_error("text is too long to convert");
   }
   return static_cast<std::int32_t>(length);
@@ -34,7 +34,7 @@ bool utf8To16(std::string_view utf8, UChar32 substitute, std::u16string& result)
   std::transform(utf8.begin(), utf8.end(), result.begin(),
                  [](char byte) { return static_cast<char16_t>(static_cast<unsigned char>(byte)); });
   if (std::all_of(utf8.begin(), utf8.end(), isAscii)) return true;
-  std::int32_t const size = icuLength(utf8.size());  // UTF-16 never needs more units than UTF-8
+  std::int32_t const size = icuLength(utf8.size(), 1);  // UTF-16 never needs more units than UTF-8
   std::int32_t length = 0;
   UErrorCode error = U_ZERO_ERROR;
   u_strFromUTF8WithSub(result.data(), size, &length, utf8.data(), size, substitute, nullptr,
@@ -58,7 +58,7 @@ void decodeUtf8(std::string_view utf8, std::u16string& result) {
 }
 
 std::string ustring_to_utf8(char16_t const* text, std::size_t length) {
-  std::int32_t const units = icuLength(length);
+  std::int32_t const units = icuLength(length, 3);
   std::string result(length * 3, '\0');
   std::int32_t size = 0;
   UErrorCode error = U_ZERO_ERROR;
@@ -85,8 +85,10 @@ void codecvt_ustring_to_string::Close::operator()(UConverter* converter) const n
 }
 
 std::string codecvt_ustring_to_string::do_convert(char16_t const* text, std::size_t length) const {
-  std::int32_t const units = icuLength(length);
-  auto const capacity = UCNV_GET_MAX_BYTES_FOR_STRING(units, ucnv_getMaxCharSize(converter_.get()));
+  std::int32_t const bytesPerUnit = ucnv_getMaxCharSize(converter_.get());
+  // The capacity is that of UCNV_GET_MAX_BYTES_FOR_STRING: ten units for changes of state.
+  std::int32_t const capacity = icuLength(length + 10, bytesPerUnit) * bytesPerUnit;
+  auto const units = static_cast<std::int32_t>(length);
   std::string result(static_cast<std::size_t>(capacity), '\0');
   UErrorCode error = U_ZERO_ERROR;
   std::int32_t const size =
@@ -101,7 +103,10 @@ std::string printable(std::string_view text) {
   constexpr std::size_t longest = 1000;
   std::u16string units;
   decodeUtf8(text.substr(0, 4 * longest), units);
-  if (units.size() > longest) units.replace(longest, std::u16string::npos, u"...");
+  if (units.size() > longest) {
+    bool const cutsPair = U16_IS_LEAD(units[longest - 1]);
+    units.replace(cutsPair ? longest - 1 : longest, std::u16string::npos, u"...");
+  }
   for (char16_t& unit : units) {
     if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0)) unit = u'?';
   }

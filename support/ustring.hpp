@@ -32,7 +32,8 @@ class codecvt_ustring_to_string {
   /// is replaced, otherwise it is an error. Throws std::invalid_argument for an unknown name.
   codecvt_ustring_to_string(char const* encoding, int strict);
 
-  /// Throws std::range_error for ill-formed UTF-16 or characters that the encoding lacks.
+  /// When strict, throws std::range_error for ill-formed UTF-16 or characters that the encoding
+  /// lacks. Throws std::length_error for text that is too long for ICU, some 700 million code units.
   std::string do_convert(char16_t const* text, std::size_t length) const;
 
  private:
@@ -43,7 +44,7 @@ class codecvt_ustring_to_string {
 };
 
 /// Text of any kind as one line of well-formed UTF-8, for messages: control characters become '?',
-/// ill-formed sequences U+FFFD, and what exceeds 1,000 characters is left out.
+/// ill-formed sequences U+FFFD, and what exceeds 1,000 UTF-16 code units is left out.
 std::string printable(std::string_view text);
 
 /// A number as signed decimal text, as the format "%ld" writes it.

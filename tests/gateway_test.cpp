@@ -2,6 +2,8 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
+#include <boost/exception/get_error_info.hpp>
+#include <boost/exception/info.hpp>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -123,6 +125,12 @@ TEST_F(Gateway, ChecksItsArgumentsInOrder) {
   Array const path = text(file.path()), number = doubles();
   Array const none = strings({1, 1}, {std::nullopt}), two = strings({1, 2}, {u"a", u"b"});
   Array const noModel = emptyObjects<Model>(), noNetwork = emptyObjects<RoadNetwork>();
+  std::vector<host::InterfacePointer> other(1), null(1);
+  other[0] = host::ElementObject<RoadNetwork>::create(network);
+  Array const otherObject =
+      host::createObjectArray({1, 1}, Model::metaClass().name, std::move(other));
+  Array const nullObject =
+      host::createObjectArray({1, 1}, RoadNetwork::metaClass().name, std::move(null));
   auto const *m = modelArray.get(), *n = networkArray.get(), *p = path.get();
   struct Case {
     int outputs;
@@ -138,15 +146,16 @@ TEST_F(Gateway, ChecksItsArgumentsInOrder) {
       {1, {m, n, m}, wrongType},             {1, {m, n, nullptr}, wrongType},
       {1, {m, n, number.get()}, wrongType},  {1, {m, n, none.get()}, wrongType},
       {1, {m, n, two.get()}, wrongType},     {2, {m, n, p}, tooManyOutputs},
-      {1, {m, noNetwork.get(), p}, empty},   {1, {noModel.get(), n, p}, empty}};
+      {1, {m, noNetwork.get(), p}, empty},   {1, {noModel.get(), n, p}, empty},
+      {1, {otherObject.get(), n, p}, empty}, {1, {m, nullObject.get(), p}, empty}};
   // clang-format on
   result = doubles();
   HostArray const* const before = result.get();
   for (Case const& c : cases) {
     EXPECT_EQ(errorOf([&] { call(c.outputs, c.inputs); }), c.error);
     EXPECT_EQ(result.get(), before);
-    EXPECT_EQ(model->references(), 2u);  // the handle here and the array's
-    EXPECT_EQ(network->references(), 3u);
+    EXPECT_EQ(model->references(), 2u);    // the handle here and the array's
+    EXPECT_EQ(network->references(), 4u);  // of two arrays here
   }
 }
 
@@ -215,6 +224,17 @@ TEST_F(Gateway, ThrowsErrorsThatTheHostCatchesByType) {
     std::unique_ptr<Thrown const> const copy(error.clone());
     EXPECT_THROW(copy->rethrow(), Thrown);
     EXPECT_EQ(copy->GetID(), error.GetID());
+    using Note = boost::error_info<struct NoteTag, int>;
+    error << Note(1);
+    std::unique_ptr<Thrown const> const sharing(error.clone());
+    *sharing << Note(2);
+    EXPECT_EQ(*boost::get_error_info<Note>(error), 2);  // one container for both
+    // A host may call by slot: clone, rethrow, two destructors, what, two convert_str, ...
+    auto const slots = *reinterpret_cast<void* const* const*>(&error);
+    auto const what = reinterpret_cast<char const* (*)(Thrown const*)>(slots[4]);
+    EXPECT_EQ(what(&error), error.what());
+    auto const getId = reinterpret_cast<std::string (*)(Thrown const*)>(slots[8]);
+    EXPECT_EQ(getId(&error), error.GetID());
     EXPECT_EQ(copy->convert_str("\xC3\xA9\xFF"s), u"\u00e9\uFFFD");
   }
 }
@@ -273,6 +293,8 @@ TEST(HostArrays, KnowTheirClassAndShape) {
   EXPECT_THROW(host::doubleData(*arrays[1]), std::bad_cast);
   EXPECT_THROW(characters({2, 2}, u"abc"), std::invalid_argument);
   EXPECT_THROW(characters({3}, u"abc"), std::invalid_argument);
+  EXPECT_THROW(characters({std::size_t{1} << 32, std::size_t{1} << 32}, u""),
+               std::invalid_argument);
 }
 
 TEST(HostArrays, HandOutInterfacesThatAreReleased) {

@@ -54,6 +54,10 @@ int main(int argc, char** argv) {
     return 1;
   }
   auto* const import = reinterpret_cast<Import*>(dlsym(library, "importOSMRoadNetworkImpl"));
+  if (import == nullptr) {
+    std::cerr << dlerror() << '\n';
+    return 1;
+  }
 
   auto const model = kb::zero::Model::create();
   auto const network = velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});

@@ -4,6 +4,8 @@
 
 namespace kb::zero {
 
+ModelImpl::ModelImpl() = default;
+
 ModelImpl::~ModelImpl() {
   // The youngest first: what was created later refers to what was there before, and is found at
   // the end of its collections.
@@ -25,6 +27,10 @@ void ModelImpl::release(ModelElementImpl& element) noexcept {
   std::swap(elements_[slot], elements_.back());
   elements_[slot]->slot_ = slot;
   elements_.pop_back();
+}
+
+Model Model::create() {
+  return Model(new ModelImpl);
 }
 
 meta::Class const& Model::metaClass() {

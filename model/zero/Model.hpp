@@ -15,6 +15,7 @@ class ModelElementImpl;
 /// keeps beyond that live on by themselves.
 class ModelImpl final : public ElementImpl {
  public:
+  ModelImpl();
   ~ModelImpl() override;
 
   /// Takes a new element in. Throws std::bad_alloc.
@@ -36,7 +37,7 @@ class Model : public Handle<ModelImpl> {
   using Impl = ModelImpl;
 
   /// A new, empty model.
-  static Model create() { return Model(new ModelImpl); }
+  static Model create();
   static meta::Class const& metaClass();
 };
 
