@@ -1,13 +1,21 @@
 #include "graph/chainRoads.hpp"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <limits>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "graph/JoinedName.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 
 using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
+using velora::roadnetwork::RoadImpl;
 using velora::roadnetwork::RoadNetwork;
 
 namespace {
@@ -29,71 +37,234 @@ std::vector<Node> collectCandidates(RoadNetwork const& network) {
   return candidates;
 }
 
-void collectRoads(Node const& node, std::vector<Road>& roads) {
-  roads.clear();
-  for (Road const& road : node->getIncomingRoads()) roads.push_back(road);
-  for (Road const& road : node->getOutgoingRoads()) roads.push_back(road);
+enum Side : std::size_t { start, end };
+
+Side otherSide(Side side) {
+  return side == start ? end : start;
 }
 
-// Both lines without the point of `a` at the shared node, which `b` brings along.
-template <class Sequence>
-std::vector<double> joinLines(Sequence const& a, bool aStarts, Sequence const& b, bool bStarts) {
-  std::vector<double> line;
-  line.reserve(a.size() - 1 + b.size());
-  auto const appendB = [&](bool reversed) {
-    if (reversed) {
-      line.insert(line.end(), b.rbegin(), b.rend());
-    } else {
-      line.insert(line.end(), b.begin(), b.end());
+Node nodeAt(Road const& road, Side side) {
+  return side == start ? road->getStartNode() : road->getEndNode();
+}
+
+// One end of a road, which is known by its number.
+struct RoadEnd {
+  std::size_t road;
+  Side side;
+  friend bool operator==(RoadEnd const&, RoadEnd const&) = default;
+};
+
+struct Join {
+  RoadEnd to;
+  bool keepsPoint;  // of the two points at the node, this road's own
+};
+
+// An outer end of a chain, and which join gave it to the road that the chain's was joined to: 0 as
+// long as it is that road's own.
+struct OuterEnd {
+  RoadEnd end;
+  std::size_t join = 0;
+};
+
+// Roads that are joined so far. The one with the smallest id stays.
+struct Chain {
+  std::size_t survivor;
+  double weight;
+  std::optional<JoinedName> name;  // of more than one road
+  std::array<OuterEnd, 2> outerEnds;
+};
+
+// One road on the way along a chain.
+struct Piece {
+  std::size_t road;
+  bool reversed;
+};
+
+// What joining comes to, before anything of it is done: joining road by road would copy the centre
+// line and search the name of a long chain again and again. Carrying it out can't fail, so that a
+// network is never left half joined.
+class ChainPlan {
+ public:
+  explicit ChainPlan(RoadNetworkImporter& importer) : importer_(importer) {}
+
+  // Joins the two roads that end at the node, unless they are one.
+  void join(Node const& node) {
+    std::array<RoadEnd, 2> ends = collectRoadEnds(node);
+    std::array<std::size_t, 2> chains = {chainOf(ends[0].road), chainOf(ends[1].road)};
+    if (survivorId(chains[1]) < survivorId(chains[0])) {
+      std::swap(ends[0], ends[1]);
+      std::swap(chains[0], chains[1]);
     }
-  };
-  if (aStarts) {
-    appendB(bStarts);
-    line.insert(line.end(), a.begin() + 1, a.end());
-  } else {
-    line.insert(line.end(), a.begin(), a.end() - 1);
-    appendB(!bStarts);
+    if (survivorId(chains[0]) == survivorId(chains[1])) return;
+    joinedNodes_.push_back(node);
+    joins_[ends[0].road][ends[0].side] = {ends[1], false};
+    joins_[ends[1].road][ends[1].side] = {ends[0], true};
+    importer_.roadWayIds.move(survivorId(chains[1]), survivorId(chains[0]));
+    mergeChains(chains[0], ends[0], chains[1], ends[1]);
   }
-  return line;
-}
 
-// Extends `a` by `b` beyond the node at which both end.
-void mergeRoads(Road const& a, Road const& b, Node const& node) {
-  bool const aStarts = a->getStartNode() == node;
-  bool const bStarts = b->getStartNode() == node;
-  std::vector<double> const x = joinLines(a->getCentersX(), aStarts, b->getCentersX(), bStarts);
-  std::vector<double> const y = joinLines(a->getCentersY(), aStarts, b->getCentersY(), bStarts);
-  double const weight = a->getWeight() + b->getWeight();
-  Node const farEnd = bStarts ? b->getEndNode() : b->getStartNode();
-  if (aStarts) {
-    a->setStartNode(farEnd);
-  } else {
-    a->setEndNode(farEnd);
+  // Makes all that is to be put into the network, and room for it.
+  void prepare() {
+    for (std::size_t i = 0; i < roads_.size(); ++i) {
+      if (parents_[i] == i && chains_[i].name) prepareChain(chains_[i]);
+    }
+    // In this order each Node's collections end up as if the joins were made one after the other.
+    std::sort(moves_.begin(), moves_.end(),
+              [](Move const& a, Move const& b) { return a.join < b.join; });
+    for (Move const& move : moves_) move.to->reserveRoads();
   }
-  a->setCenters(x, y);
-  a->setWeight(weight);
-  // By id, not by place along the road: the later part may be named first.
-  if (a->getName().find(b->getName()) == std::u16string::npos) {
-    std::u16string name = a->getName();
-    a->setName(name.append(u"-").append(b->getName()));
+
+  void carryOut() noexcept {
+    for (std::size_t i = 0; i < roads_.size(); ++i) {
+      if (chains_[chainOf(i)].survivor != i) roads_[i]->destroy();
+    }
+    for (Move const& move : moves_) {
+      Road const& road = roads_[move.road];
+      move.side == start ? road->setStartNode(move.to) : road->setEndNode(move.to);
+    }
+    for (Result& result : results_) {
+      Road const& road = roads_[result.road];
+      road->shareCenters(result.x, result.y);
+      road->setWeight(result.weight);
+      road->setName(std::move(result.name));
+    }
+    for (Node const& node : joinedNodes_) node->destroy();
   }
-}
+
+ private:
+  using Sequence = RoadImpl::Sequence;
+
+  struct Result {
+    std::size_t road;
+    Sequence x;
+    Sequence y;
+    double weight;
+    std::u16string name;
+  };
+  struct Move {
+    std::size_t join;
+    std::size_t road;
+    Side side;
+    Node to;
+  };
+
+  static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+
+  std::array<RoadEnd, 2> collectRoadEnds(Node const& node) {
+    std::vector<RoadEnd> ends;
+    for (Road const& road : node->getIncomingRoads()) ends.push_back({numberOf(road), end});
+    for (Road const& road : node->getOutgoingRoads()) ends.push_back({numberOf(road), start});
+    return {ends.at(0), ends.at(1)};
+  }
+
+  std::size_t numberOf(Road const& road) {
+    auto const [entry, isNew] = numbers_.try_emplace(road.get(), roads_.size());
+    if (isNew) {
+      std::size_t const number = roads_.size();
+      roads_.push_back(road);
+      parents_.push_back(number);
+      chains_.push_back({number, road->getWeight(), {}, {{{{number, start}}, {{number, end}}}}});
+      joins_.push_back({{{{none, start}, false}, {{none, start}, false}}});
+    }
+    return entry->second;
+  }
+
+  // The root of the road's tree, which shrinks on the way.
+  std::size_t chainOf(std::size_t road) noexcept {
+    while (parents_[road] != road) road = parents_[road] = parents_[parents_[road]];
+    return road;
+  }
+  unsigned long survivorId(std::size_t chain) const {
+    return roads_[chains_[chain].survivor]->getID();
+  }
+
+  JoinedName& nameOf(Chain& chain) const {
+    if (!chain.name) chain.name.emplace(roads_[chain.survivor]->getName());
+    return *chain.name;
+  }
+
+  // The first grows by the second, beyond the node where `aEnd` and `bEnd` meet.
+  void mergeChains(std::size_t aNumber, RoadEnd aEnd, std::size_t bNumber, RoadEnd bEnd) {
+    Chain& a = chains_[aNumber];
+    Chain& b = chains_[bNumber];
+    a.weight += b.weight;
+    // By id, not by place along the road: the later part may be named first.
+    nameOf(a).join(nameOf(b));
+    b.name.reset();
+    RoadEnd const farEnd = b.outerEnds[b.outerEnds[0].end == bEnd ? 1 : 0].end;
+    a.outerEnds[a.outerEnds[0].end == aEnd ? 0 : 1] = {farEnd, joinedNodes_.size()};
+    parents_[bNumber] = aNumber;
+  }
+
+  // From one outer end to the other, in the direction of the surviving road.
+  std::vector<Piece> piecesOf(Chain const& chain) const {
+    std::vector<Piece> pieces;
+    bool reversed = false;
+    for (RoadEnd at = chain.outerEnds[0].end; at.road != none;) {
+      pieces.push_back({at.road, at.side == end});
+      if (at.road == chain.survivor) reversed = pieces.back().reversed;
+      at = joins_[at.road][otherSide(at.side)].to;
+    }
+    if (reversed) {
+      std::reverse(pieces.begin(), pieces.end());
+      for (Piece& piece : pieces) piece.reversed = !piece.reversed;
+    }
+    return pieces;
+  }
+
+  // The lines of all pieces; the point where two of them meet is taken once.
+  std::vector<double> joinLines(std::vector<Piece> const& pieces,
+                                Sequence const& (RoadImpl::*centers)() const) const {
+    std::vector<double> line;
+    for (Piece const& piece : pieces) {
+      Sequence const& own = (roads_[piece.road].get()->*centers)();
+      auto const& joins = joins_[piece.road];
+      Join const& before = joins[piece.reversed ? end : start];
+      Join const& after = joins[piece.reversed ? start : end];
+      std::ptrdiff_t const first = before.to.road != none && !before.keepsPoint ? 1 : 0;
+      std::ptrdiff_t const last = after.to.road != none && !after.keepsPoint ? 1 : 0;
+      if (piece.reversed) {
+        line.insert(line.end(), own.rbegin() + first, own.rend() - last);
+      } else {
+        line.insert(line.end(), own.begin() + first, own.end() - last);
+      }
+    }
+    return line;
+  }
+
+  void prepareChain(Chain const& chain) {
+    std::vector<Piece> const pieces = piecesOf(chain);
+    results_.push_back({chain.survivor, joinLines(pieces, &RoadImpl::getCentersX),
+                        joinLines(pieces, &RoadImpl::getCentersY), chain.weight,
+                        chain.name->text()});
+    for (OuterEnd const& outer : chain.outerEnds) {
+      if (outer.join == 0) continue;
+      bool const isFirst = outer.end.road == pieces.front().road &&
+                           outer.end.side == (pieces.front().reversed ? end : start);
+      moves_.push_back({outer.join, chain.survivor, isFirst ? start : end,
+                        nodeAt(roads_[outer.end.road], outer.end.side)});
+    }
+  }
+
+  RoadNetworkImporter& importer_;
+  std::unordered_map<RoadImpl const*, std::size_t> numbers_;
+  // By road number:
+  std::vector<Road> roads_;
+  std::vector<std::array<Join, 2>> joins_;  // at its start and its end
+  std::vector<std::size_t> parents_;        // towards the root of the road's chain
+  std::vector<Chain> chains_;               // valid for roots
+  std::vector<Node> joinedNodes_;
+  std::vector<Result> results_;
+  std::vector<Move> moves_;
+};
 
 }  // namespace
 
 void chainRoads(RoadNetworkImporter& importer) {
   // Fixed before any join: a Node that would qualify only after one stays.
   std::vector<Node> const candidates = collectCandidates(importer.roadNetwork);
-  std::vector<Road> pair;
-  for (Node const& node : candidates) {
-    collectRoads(node, pair);
-    if (pair[1]->getID() < pair[0]->getID()) std::swap(pair[0], pair[1]);
-    Road const& a = pair[0];
-    Road const& b = pair[1];
-    if (a->getID() == b->getID()) continue;
-    mergeRoads(a, b, node);
-    importer.roadWayIds.move(b->getID(), a->getID());
-    b->destroy();
-    node->destroy();
-  }
+  ChainPlan plan(importer);
+  for (Node const& node : candidates) plan.join(node);
+  plan.prepare();
+  plan.carryOut();
 }

@@ -2,8 +2,10 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <random>
 #include <sstream>
 
+#include "graph/JoinedName.hpp"
 #include "importer/geographicLimits.hpp"
 #include "osm/collectWayAttributes.hpp"
 #include "segments/assignSegmentElevations.hpp"
@@ -244,5 +246,34 @@ TEST(GeographicReference, LiesAtTheCentreOfTheLimits) {
     EXPECT_THAT(origin->getLatitude(), is(c.centre[0]));
     EXPECT_THAT(origin->getLongitude(), is(c.centre[1]));
     EXPECT_EQ(origin->getAltitude(), 0.0);
+  }
+}
+
+// Against a plain search, with few letters so that names do occur in one another, and in an order
+// that puts short names to long ones on either side.
+TEST(JoinedName, IsThatOfAPlainSearchHoweverLong) {
+  std::mt19937 random(1);
+  for (int letters : {1, 2, 5}) {
+    std::u16string expected;
+    JoinedName name(expected);
+    for (int i = 0; i < 2000; ++i) {
+      std::u16string other(random() % 12 + (random() % 50 == 0 ? expected.size() : 0), u'a');
+      for (char16_t& unit : other) unit = static_cast<char16_t>(u'a' + random() % letters);
+      if (random() % 3 == 0 && expected.size() > 12) {
+        other = expected.substr(random() % 2 * (random() % (expected.size() - 12)), random() % 12);
+      }
+      JoinedName joined(other);
+      if (random() % 2 == 0) {
+        if (expected.find(other) == expected.npos) expected += u"-" + other;
+        name.join(joined);
+      } else {
+        if (other.find(expected) == other.npos) other += u"-" + expected;
+        expected = other;
+        joined.join(name);
+        name = std::move(joined);
+      }
+      ASSERT_EQ(name.text(), expected) << i;
+      if (expected.size() > 20000) break;
+    }
   }
 }

@@ -38,6 +38,12 @@ double NodeImpl::getElevation() const {
   return hasPosition() ? position_[2] : std::numeric_limits<double>::quiet_NaN();
 }
 
+void NodeImpl::reserveRoads() {
+  std::size_t const all = incomingRoads_.size() + outgoingRoads_.size();
+  incomingRoads_.reserve(all);
+  outgoingRoads_.reserve(all);
+}
+
 void NodeImpl::detach() {
   for (auto* roads : {&incomingRoads_, &outgoingRoads_}) {
     while (roads->size() > 0) {

@@ -41,6 +41,9 @@ class NodeImpl : public kb::zero::ModelElementImpl {
   kb::zero::ReferenceCollectionOf<Road> const& getOutgoingRoads() const noexcept {
     return outgoingRoads_;
   }
+  /// Room in both for all roads that the node has, whichever way they come to point: then turning
+  /// one round, or giving its place to another, can't fail.
+  void reserveRoads();
   static kb::zero::meta::Property const& incomingRoadsProperty();
   static kb::zero::meta::Property const& outgoingRoadsProperty();
   static bool isNode(kb::zero::ModelElementImpl const& element);

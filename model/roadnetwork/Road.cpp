@@ -20,6 +20,7 @@ RoadImpl::~RoadImpl() {
 
 void RoadImpl::setStartNode(Node const& node) {
   if (node == startNode_) return;
+  if (node) node->outgoingRoads_.reserveOneMore();  // all that can fail
   Node const before = std::exchange(startNode_, node);
   if (before) before->outgoingRoads_.remove(*this);
   if (node) node->outgoingRoads_.append(Road(this));
@@ -27,18 +28,20 @@ void RoadImpl::setStartNode(Node const& node) {
 
 void RoadImpl::setEndNode(Node const& node) {
   if (node == endNode_) return;
+  if (node) node->incomingRoads_.reserveOneMore();
   Node const before = std::exchange(endNode_, node);
   if (before) before->incomingRoads_.remove(*this);
   if (node) node->incomingRoads_.append(Road(this));
 }
 
 void RoadImpl::setCenters(std::vector<double> const& x, std::vector<double> const& y) {
+  shareCenters(Sequence(x), Sequence(y));
+}
+
+void RoadImpl::shareCenters(Sequence const& x, Sequence const& y) {
   if (x.size() != y.size()) throw std::invalid_argument("centre sequences of different length");
-  // All that can fail comes first, so that the two never differ in length.
-  Sequence const newX(x);
-  Sequence const newY(y);
-  centersX_ = newX;
-  centersY_ = newY;
+  centersX_ = x;
+  centersY_ = y;
 }
 
 void RoadImpl::addRoadSegment(RoadSegment const& segment) {

@@ -26,6 +26,7 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   void setID(unsigned long id) noexcept { id_ = id; }
   std::u16string const& getName() const noexcept { return name_; }
   void setName(std::u16string const& name) { name_ = name; }
+  void setName(std::u16string&& name) noexcept { name_ = std::move(name); }
   /// 1.0 for a new road, so that the weight of a joined road counts its pieces.
   double getWeight() const noexcept { return weight_; }
   void setWeight(double weight) noexcept { weight_ = weight; }
@@ -42,6 +43,8 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   /// The centre line: first and second coordinates of its points, from the start node to the end
   /// node. Throws std::invalid_argument when the two differ in length.
   virtual void setCenters(std::vector<double> const& x, std::vector<double> const& y);
+  /// The same with sequences that exist already, which can't fail for want of memory.
+  void shareCenters(Sequence const& x, Sequence const& y);
   Sequence const& getCentersX() const noexcept { return centersX_; }
   Sequence const& getCentersY() const noexcept { return centersY_; }
 

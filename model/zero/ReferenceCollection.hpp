@@ -29,6 +29,11 @@ class ReferenceCollection {
   /// The element that `proxy` stands for, or null.
   ModelElement resolveProxy(ModelElement const& proxy) const { return proxy->resolve(); }
 
+  /// Memory for `size` references, so that appending up to as many can't fail.
+  void reserve(std::size_t size) { references_.reserve(size); }
+  void reserveOneMore() {
+    if (size() == references_.capacity()) reserve(2 * size());
+  }
   /// Takes `element` out; the others keep their order. Does nothing when it is not stored.
   void remove(ModelElementImpl const& element) noexcept;
   /// Whether `element` itself is stored (proxies are not resolved).
