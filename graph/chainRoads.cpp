@@ -17,22 +17,23 @@ using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
 using velora::roadnetwork::RoadImpl;
 using velora::roadnetwork::RoadNetwork;
+using velora::roadnetwork::RoadNetworkImpl;
 
 namespace {
 
 // Two road ends, by which traffic can arrive and depart. Two one-way roads that both end here, or
 // both start, are no way through.
-bool isPassThrough(RoadNetwork const& network, Node const& node) {
+bool isPassThrough(Node const& node) {
   return node->getOutgoingRoads().size() + node->getIncomingRoads().size() == 2 &&
-         !network->arrivalsAt(node->getID()).empty() &&
-         !network->departuresFrom(node->getID()).empty();
+         !RoadNetworkImpl::arrivalsAt(node).empty() &&
+         !RoadNetworkImpl::departuresFrom(node).empty();
 }
 
 std::vector<Node> collectCandidates(RoadNetwork const& network) {
   std::vector<Node> candidates;
   candidates.reserve(network->getNodes().size());
   for (auto const& [id, node] : network->getNodes()) {
-    if (isPassThrough(network, node)) candidates.push_back(node);
+    if (isPassThrough(node)) candidates.push_back(node);
   }
   return candidates;
 }

@@ -1,5 +1,6 @@
 #include "graph/createNodes.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "support/ustring.hpp"
 
 using OpenStreetMap::Id;
+using OpenStreetMap::modelId;
 using OpenStreetMap::Node;
 using OpenStreetMap::Way;
 
@@ -34,7 +36,10 @@ std::vector<Id> findJunctions(RoadNetworkImporter& importer) {
       if (++interiorUseCounts[number] == 2) junctions.insert(references[i]);
     }
   }
-  return {junctions.begin(), junctions.end()};
+  // In the order of the network's map and, mostly, of the file.
+  std::vector<Id> sorted(junctions.begin(), junctions.end());
+  std::sort(sorted.begin(), sorted.end(), [](Id a, Id b) { return modelId(a) < modelId(b); });
+  return sorted;
 }
 
 }  // namespace
@@ -52,7 +57,7 @@ void createNodes(RoadNetworkImporter& importer) {
   names.reserve(junctions.size());
   positions.reserve(3 * junctions.size());
   for (Node const* const node : nodes) {
-    ids.push_back(OpenStreetMap::modelId(node->id));
+    ids.push_back(modelId(node->id));
     names.push_back(support::decimal(node->id));
     positions.insert(positions.end(), {node->first, node->second, 0.0});
   }

@@ -190,7 +190,7 @@ TEST_F(Gateway, TakesTextOfEveryShape) {
   }
 }
 
-TEST_F(Gateway, EchoesNonAsciiNamesWhenAskedTo) {
+TEST(ScalarText, EchoesNonAsciiNamesWhenAskedTo) {
   // The flag is read once in a process: each case needs one that starts afresh.
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   auto const echo = [](char const* value, std::string const& name) {
