@@ -2,12 +2,14 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <boost/exception/get_error_info.hpp>
 #include <boost/exception/info.hpp>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <thread>
 
 #include "gateway/ElementObject.hpp"
 #include "gateway/Exception.hpp"
@@ -277,6 +279,45 @@ TEST_F(Gateway, ImportsIntoANetworkThatIsNotEmpty) {
   for (auto const& road : first) EXPECT_EQ(road->getRoadSegments().size(), 2u);
   // The roads of before are unknown to an import that does not make roads with their numbers.
   EXPECT_EQ(errorOf([&] { import(nothing.path()); }), "_Map_base::at");
+}
+
+TEST_F(Gateway, ImportsIntoModelsInSeveralThreads) {
+  auto const& property = velora::roadnetwork::RoadImpl::startNodeProperty();
+  std::size_t const references = property.references();
+  std::string comb = "<osm version='0.6'>";
+  for (int i = 1; i <= 1000; ++i) {
+    std::string const id = "id='" + std::to_string(i) + "'";
+    comb += "<node " + id + " lat='1' lon='1'/><way " + id + "><nd ref='1'/><nd ref='" +
+            std::to_string(i) + "'/><tag k='highway' v='road'/></way>";
+  }
+  TemporaryFile const busy(comb + "</osm>");
+  Array const name = text(busy.path());
+  using Entry = void(int, Array[], int, HostArray const*[]);
+  auto* const entry = reinterpret_cast<Entry*>(dlsym(library, "importOSMRoadNetworkImpl"));
+  std::atomic<int> roads = 0;
+  auto const work = [&] {
+    for (int i = 0; i < 50; ++i) {
+      Model const own = Model::create();
+      RoadNetwork const ownNetwork = RoadNetwork::create(own, {});
+      Array const m = host::createElementArray(own), n = host::createElementArray(ownNetwork);
+      HostArray const* inputs[] = {m.get(), n.get(), name.get()};
+      Array limits;
+      entry(1, &limits, 3, inputs);
+      roads += static_cast<int>(ownNetwork->getRoads().size());
+    }
+  };
+  import(busy.path());
+  std::thread first(work), second(work);
+  first.join();
+  second.join();
+  EXPECT_EQ(roads, 100 * static_cast<int>(network->getRoads().size()));
+  EXPECT_EQ(property.references(), references);  // shared by all models
+}
+
+TEST_F(Gateway, DestroyingTheNetworkEmptiesTheModel) {
+  import(file.path());
+  network->destroy();
+  EXPECT_EQ(model->size(), 0u);
 }
 
 TEST(HostArrays, KnowTheirClassAndShape) {

@@ -1,5 +1,7 @@
 #include "model/roadnetwork/RoadSegment.hpp"
 
+#include <utility>
+
 namespace velora::roadnetwork {
 
 RoadSegmentImpl::RoadSegmentImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
@@ -21,8 +23,11 @@ bool RoadSegmentImpl::isRoadSegment(ModelElementImpl const& element) {
 }
 
 void RoadSegmentImpl::detach() {
-  startNode_ = RoadSegmentNode();
-  endNode_ = RoadSegmentNode();
+  for (RoadSegmentNode* const end : {&startNode_, &endNode_}) {
+    RoadSegmentNode const node = std::exchange(*end, {});
+    // Held by the model and the handle here alone: it was the ends of segments that are gone.
+    if (node && node->references() == 2) node->destroyPart();
+  }
 }
 
 void RoadSegmentImpl::forget(ModelElementImpl const& other) {

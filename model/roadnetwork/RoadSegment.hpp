@@ -19,7 +19,8 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
   unsigned long getID() const noexcept { return id_; }
   void setID(unsigned long id) noexcept { id_ = id; }
 
-  /// The segment holds a reference on each end; segments that meet share one.
+  /// The segment holds a reference on each end; segments that meet share one. Destroying the last
+  /// of them destroys the end, unless somebody else holds it.
   void setStartNode(RoadSegmentNode const& node) noexcept { startNode_ = node; }
   void setEndNode(RoadSegmentNode const& node) noexcept { endNode_ = node; }
   RoadSegmentNode getStartNode() const noexcept { return startNode_; }

@@ -2,7 +2,8 @@
 // reference at the other end of one.
 #pragma once
 
-#include "model/zero/ElementImpl.hpp"
+#include <atomic>
+#include <cstddef>
 
 namespace kb::zero {
 class ModelElementImpl;
@@ -10,7 +11,9 @@ class ModelElementImpl;
 
 namespace kb::zero::meta {
 
-class Property final : public ElementImpl {
+/// Shared by all models of the process, so its references are counted atomically: models in
+/// different threads know nothing of one another.
+class Property final {
  public:
   /// The property at the other end of a relation that is kept from both sides; a function because
   /// the two ends refer to each other.
@@ -21,6 +24,14 @@ class Property final : public ElementImpl {
   /// `inverseProperty` is null when the relation is known at one side only.
   Property(char const* propertyName, bool composite, Accepts accepted, Inverse inverseProperty)
       : name_(propertyName), composite_(composite), accepts_(accepted), inverse_(inverseProperty) {}
+  Property(Property const&) = delete;
+  Property& operator=(Property const&) = delete;
+
+  void addRef() const noexcept { references_.fetch_add(1, std::memory_order_relaxed); }
+  void removeRef() const noexcept {
+    if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+  }
+  std::size_t references() const noexcept { return references_; }
 
   char const* name() const noexcept { return name_; }
   /// Whether the owner's elements live and die with it.
@@ -33,6 +44,7 @@ class Property final : public ElementImpl {
   bool composite_;
   Accepts accepts_;
   Inverse inverse_;
+  mutable std::atomic<std::size_t> references_{0};
 };
 
 }  // namespace kb::zero::meta
