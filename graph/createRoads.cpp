@@ -2,6 +2,7 @@
 
 #include <boost/uuid/uuid.hpp>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -49,6 +50,11 @@ std::vector<Piece> cutWays(RoadNetworkImporter& importer) {
   return pieces;
 }
 
+// Destroys a road that is not finished when something fails, so that no Node lists it.
+struct DestroyRoad {
+  void operator()(velora::roadnetwork::RoadImpl* road) const { road->destroy(); }
+};
+
 class RoadMaker {
  public:
   explicit RoadMaker(RoadNetworkImporter& importer) : importer_(importer) {
@@ -61,6 +67,7 @@ class RoadMaker {
   void addRoad(RoadWayIds::RoadId id, Piece const& piece) {
     setWay(*piece.way);
     Road const road = Road::create(importer_.model, boost::uuids::uuid{});
+    std::unique_ptr<velora::roadnetwork::RoadImpl, DestroyRoad> unfinished(road.get());
     road->setID(id);
     road->setName(*name_);
     road->setDirection(direction_);
@@ -77,6 +84,7 @@ class RoadMaker {
     }
     road->setCenters(x_, y_);
     importer_.roadNetwork->addRoad(road);
+    unfinished.release();
   }
 
  private:

@@ -3,6 +3,7 @@ import json
 import os
 import pathlib
 import resource
+import signal
 import subprocess
 import sys
 import tempfile
@@ -10,6 +11,7 @@ import unittest
 
 PROGRAM = sys.argv.pop(1)
 EXAMPLE = pathlib.Path(__file__).resolve().parent.parent / "examples" / "harbour-town.osm"
+MAKE_FILE = EXAMPLE.parent.parent / "bench" / "make_file.py"
 EMPTY = '<osm version="0.6"></osm>'
 
 
@@ -142,6 +144,37 @@ class CommandLine(unittest.TestCase):
         done = run(EXAMPLE, "-o", self.folder / "out.json", preexec_fn=limit_file_size)
         self.assert_fails(done, 1, "File too large")
         self.assertEqual(os.listdir(self.folder), [])
+
+    def chain(self, ways):
+        """A large file: roads that all join into one."""
+        path = self.folder / "chain.osm"
+        subprocess.run([sys.executable, MAKE_FILE, "chain", path, str(ways)], check=True)
+        return path
+
+    def test_an_interrupt_leaves_nothing(self):
+        source = self.chain(50_000)
+        for number in (signal.SIGINT, signal.SIGTERM):
+            process = subprocess.Popen([PROGRAM, source, "-o", self.folder / "out.json"])
+            while not list(self.folder.glob(".osm2roadnet-*")):
+                self.assertIsNone(process.poll())
+            process.send_signal(number)
+            self.assertEqual(process.wait(60), -number)
+            self.assertEqual(os.listdir(self.folder), ["chain.osm"])
+
+    def test_a_closed_pipe_ends_quietly(self):
+        reading, writing = os.pipe()
+        os.close(reading)
+        done = subprocess.run([PROGRAM, EXAMPLE, "-o", "-"], stdout=writing, stderr=subprocess.PIPE)
+        os.close(writing)
+        self.assertEqual((done.returncode, done.stderr), (-signal.SIGPIPE, b""))
+
+    def test_a_small_stack_suffices(self):
+        def limit_stack():
+            resource.setrlimit(resource.RLIMIT_STACK, (256 * 1024, 256 * 1024))
+
+        done = run(self.chain(20_000), "-o", "-", preexec_fn=limit_stack)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        self.assertEqual(json.loads(done.stdout)["roads"][0]["weight"], 20_000)
 
 
 if __name__ == "__main__":

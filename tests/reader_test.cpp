@@ -480,7 +480,7 @@ TEST(Reader, ReadsTheSameInEveryLocale) {
   std::setlocale(LC_ALL, "C");
   std::locale::global(before);
   EXPECT_EQ(all, sampleContents);
-  if (!german) GTEST_SKIP() << "de_DE.UTF-8 is not installed: only the C++ locale was tried";
+  EXPECT_TRUE(german);
 }
 
 }  // namespace

@@ -253,7 +253,7 @@ TEST(GeographicReference, LiesAtTheCentreOfTheLimits) {
 // that puts short names to long ones on either side.
 TEST(JoinedName, IsThatOfAPlainSearchHoweverLong) {
   std::mt19937 random(1);
-  for (int letters : {1, 2, 5}) {
+  for (unsigned const letters : {1u, 2u, 5u}) {
     std::u16string expected;
     JoinedName name(expected);
     for (int i = 0; i < 2000; ++i) {

@@ -3,6 +3,7 @@
 #include <libdeflate.h>
 #include <lz4.h>
 #include <zstd.h>
+#include <zstd_errors.h>
 
 #include <new>
 #include <optional>
@@ -108,6 +109,7 @@ void PbfBlobUnpacker::unpackLz4(std::string_view packed) {
 void PbfBlobUnpacker::unpackZstd(std::string_view packed) {
   std::size_t const written =
       ZSTD_decompress(buffer_.data(), buffer_.size(), packed.data(), packed.size());
+  if (ZSTD_getErrorCode(written) == ZSTD_error_memory_allocation) throw std::bad_alloc();
   if (ZSTD_isError(written) != 0) {
     throw pbf::InvalidData(std::string("zstd: ") + ZSTD_getErrorName(written));
   }
