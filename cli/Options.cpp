@@ -54,13 +54,18 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
           ->check(isFormat)
           ->type_name("FORMAT")
           ->needs(output);
-  app.add_flag("--overwrite", options.overwrite, "replace an existing output");
+  app.add_option("-r,--report", options.report,
+                 "write what became of each way, and what to check, to this JSON file")
+      ->type_name("FILE");
+  app.add_flag("--overwrite", options.overwrite, "replace existing outputs");
   app.add_flag("-q,--quiet", options.quiet, "no summary and no progress");
   try {
     app.parse(argc, argv);
     if (options.input.empty()) throw CLI::ValidationError("INPUT", "the name is empty");
-    if (options.output && options.output->empty()) {
-      throw CLI::ValidationError("--output", "the name is empty");
+    if (options.output == "") throw CLI::ValidationError("--output", "the name is empty");
+    if (options.report == "") throw CLI::ValidationError("--report", "the name is empty");
+    if (options.output && options.output == options.report) {
+      throw CLI::ValidationError("--report", "the same as --output");
     }
     bool const byEnding = options.output && format->empty() && *options.output != "-";
     options.format = byEnding ? formatOf(*options.output) : formats.at(formatName);

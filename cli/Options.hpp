@@ -10,6 +10,7 @@ struct Options {
   std::string input;
   std::optional<std::string> output;  ///< "-" is standard output; none asks for a summary
   Format format = Format::json;
+  std::optional<std::string> report;  ///< "-" is standard output
   bool overwrite = false;
   bool quiet = false;
 };

@@ -9,12 +9,13 @@
 #include <string>
 
 #include "cli/Options.hpp"
-#include "cli/OutputFile.hpp"
 #include "cli/ProgressLine.hpp"
 #include "cli/printSummary.hpp"
-#include "cli/writeJson.hpp"
+#include "export/writeJson.hpp"
+#include "export/writeReport.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/geographicLimits.hpp"
+#include "report/ImportReport.hpp"
 #include "support/ustring.hpp"
 
 namespace {
@@ -23,6 +24,8 @@ void import(Options const& options) {
   // Made first: an output that can't be written should not cost an import.
   std::optional<OutputFile> output;
   if (options.output) output.emplace(*options.output, options.overwrite);
+  std::optional<OutputFile> reportFile;
+  if (options.report) reportFile.emplace(*options.report, options.overwrite);
 
   auto const start = std::chrono::steady_clock::now();
   kb::zero::Model const model = kb::zero::Model::create();
@@ -37,11 +40,15 @@ void import(Options const& options) {
   }
   std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
 
-  if (output) {
-    writeJson(network, geographicLimits(importer), *output);
-    output->commit();
-  } else if (!options.quiet) {
-    printSummary(importer, elapsed.count(), std::cout);
+  if (output) writeJson(network, geographicLimits(importer), *output);
+  bool const wantsSummary = !output && options.report != "-" && !options.quiet;
+  ImportReport report;
+  if (reportFile || wantsSummary) report = reportOn(importer);
+  if (reportFile) writeReport(report, importer, *reportFile);
+  if (output) output->commit();
+  if (reportFile) reportFile->commit();
+  if (wantsSummary) {
+    printSummary(importer, report, elapsed.count(), std::cout);
     std::cout.flush();
     if (!std::cout) throw std::runtime_error("standard output: can't write");
   }

@@ -1,12 +1,11 @@
 #include "cli/printSummary.hpp"
 
-#include <algorithm>
 #include <iomanip>
 #include <ostream>
 #include <string>
 #include <vector>
 
-#include "cli/roadLength.hpp"
+#include "export/roadLength.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/geographicLimits.hpp"
 
@@ -27,13 +26,11 @@ std::ostream& row(std::ostream& out, char const* label) {
 
 }  // namespace
 
-void printSummary(RoadNetworkImporter const& importer, double seconds, std::ostream& out) {
+void printSummary(RoadNetworkImporter const& importer, ImportReport const& report, double seconds,
+                  std::ostream& out) {
   auto const& reader = importer.reader;
   auto const& network = importer.roadNetwork;
   std::size_t const nodes = network->getNodes().size();
-  auto const highways = std::count_if(reader.ways.begin(), reader.ways.end(), [](auto const& way) {
-    return way.tags.contains(u"highway");
-  });
   double metres = 0.0;
   for (Road const& road : network->getRoads()) metres += roadLength(road);
   std::vector<double> const limits = geographicLimits(importer);
@@ -42,8 +39,11 @@ void printSummary(RoadNetworkImporter const& importer, double seconds, std::ostr
   row(out, "file") << grouped(reader.nodes.size()) << " nodes, " << grouped(reader.ways.size())
                    << " ways, " << grouped(reader.relations.size()) << " relations\n";
   row(out, "ways selected") << grouped(importer.selectedWays.size()) << " of "
-                            << grouped(static_cast<std::size_t>(highways))
-                            << " with a \"highway\" tag\n";
+                            << grouped(report.highwayWays) << " with a \"highway\" tag\n";
+  row(out, "not imported") << grouped(report.notARoad.size()) << " no road, "
+                           << grouped(report.missingNodes.size()) << " with nodes missing, "
+                           << grouped(report.fewerThanTwoNodes.size())
+                           << " with fewer than two nodes\n";
   row(out, "Nodes") << grouped(nodes) << '\n';
   row(out, "Roads") << grouped(network->getRoads().size()) << '\n';
   row(out, "joined Nodes") << grouped(importer.junctionNodeIds.size() - nodes) << '\n';
@@ -59,6 +59,7 @@ void printSummary(RoadNetworkImporter const& importer, double seconds, std::ostr
   }
   row(out, "origin") << "latitude " << origin->getLatitude() << ", longitude "
                      << origin->getLongitude() << '\n';
+  row(out, "to check") << grouped(report.toCheck()) << " places (--report FILE lists them)\n";
   out << std::setprecision(3);
   row(out, "time") << seconds << " s\n";
 }

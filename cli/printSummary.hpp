@@ -3,7 +3,8 @@
 
 #include <iosfwd>
 
-class RoadNetworkImporter;
+#include "report/ImportReport.hpp"
 
 /// `seconds` is what the import took. The importer must have run.
-void printSummary(RoadNetworkImporter const& importer, double seconds, std::ostream& out);
+void printSummary(RoadNetworkImporter const& importer, ImportReport const& report, double seconds,
+                  std::ostream& out);

@@ -30,11 +30,15 @@ std::vector<Way const*> selectHighwayWays(Reader& reader) {
   std::u16string const highway = u"highway";
   reader.populate(reader.ways);
   std::vector<Way const*> ways = Reader::getElementsWithTag(highway, reader.ways);
-  std::erase_if(ways, [&](Way const* way) {
-    return !highwayTypes.contains(way->tags.at(highway)) || !allNodesPresent(reader, way);
-  });
+  std::erase_if(
+      ways, [&](Way const* way) { return !isRoad(way->tags) || !allNodesPresent(reader, way); });
   ways = std::vector<Way const*>(ways);  // no larger than it is: it lives as long as the import
   // Every later stage depends on this order, so it is not left to the reader's.
   std::sort(ways.begin(), ways.end(), [](Way const* a, Way const* b) { return a->id < b->id; });
   return ways;
+}
+
+bool isRoad(OpenStreetMap::Tags const& tags) {
+  auto const highway = tags.find(u"highway");
+  return highway != tags.end() && highwayTypes.contains(highway->second);
 }

@@ -9,3 +9,6 @@
 /// at least two node references, all of them in the file; by ascending id. A way that the edge of
 /// an extract cuts off is left out whole. Fills the reader's tables.
 std::vector<OpenStreetMap::Way const*> selectHighwayWays(OpenStreetMap::Reader& reader);
+
+/// Whether the value of "highway" is that of a road; false without the tag.
+bool isRoad(OpenStreetMap::Tags const& tags);

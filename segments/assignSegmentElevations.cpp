@@ -93,15 +93,20 @@ void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadEle
 }  // namespace
 
 double wayLayerElevation(OpenStreetMap::Tags const& tags) {
+  auto const number = layerNumber(tags);
+  return number ? layerHeight * *number : 0.0;
+}
+
+std::optional<double> layerNumber(OpenStreetMap::Tags const& tags) {
   static std::u16string const key = u"layer";
   auto const layer = tags.find(key);
-  if (layer == tags.end()) return 0.0;
+  if (layer == tags.end()) return std::nullopt;
   std::istringstream text(support::ustring_to_utf8(layer->second));
   text.imbue(std::locale::classic());  // a decimal point, whatever the host's locale
   text.exceptions(std::ios::badbit);   // or it would take a failed allocation for a bad number
   double number = 0.0;
-  if (!(text >> number)) return 0.0;
-  return layerHeight * number;
+  if (!(text >> number)) return std::nullopt;
+  return number;
 }
 
 void assignSegmentElevations(RoadNetworkImporter& importer) {

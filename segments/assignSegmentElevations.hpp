@@ -1,6 +1,8 @@
 // The seventh stage: elevations from the layers of the ways.
 #pragma once
 
+#include <optional>
+
 #include "osm/records.hpp"
 
 class RoadNetworkImporter;
@@ -13,3 +15,6 @@ void assignSegmentElevations(RoadNetworkImporter& importer);
 /// 4.9 m for each level of the way's "layer" tag (https://wiki.openstreetmap.org/wiki/Key:layer),
 /// fractions and all; 0 when there is none or its value does not start with a number.
 double wayLayerElevation(OpenStreetMap::Tags const& tags);
+
+/// The number that the value of "layer" starts with, if there is one.
+std::optional<double> layerNumber(OpenStreetMap::Tags const& tags);

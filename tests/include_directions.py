@@ -14,7 +14,9 @@ ALLOWED = {
     "graph": {"support", "model", "osm", "importer"},
     "segments": {"support", "model", "osm", "importer"},
     "gateway": {"support", "model", "importer"},
-    "cli": {"support", "model", "osm", "importer"},
+    "report": {"support", "model", "osm", "importer", "segments"},
+    "export": {"support", "model", "osm", "importer", "report"},
+    "cli": {"support", "model", "osm", "importer", "report", "export"},
 }
 # The two stages in osm/ work on the importer; one of them stores the model's DirectionOfTravel.
 EXCEPTIONS = {

@@ -1,4 +1,4 @@
-#include "cli/roadLength.hpp"
+#include "export/roadLength.hpp"
 
 #include <cmath>
 #include <numbers>

@@ -1,10 +1,11 @@
-#include "cli/OutputFile.hpp"
+#include "export/OutputFile.hpp"
 
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -20,11 +21,20 @@ constexpr std::size_t bufferSize = std::size_t{256} * 1024;
 constexpr mode_t usualMode = 0666;
 constexpr mode_t allPermissions = 07777;
 
-// The temporary file that an interrupt has to remove.
-std::atomic<char const*> unfinished{nullptr};
+// The temporary files that an interrupt has to remove.
+std::array<std::atomic<char const*>, 8> unfinished{};
+
+void replaceUnfinished(char const* before, char const* after) {
+  for (std::atomic<char const*>& slot : unfinished) {
+    char const* expected = before;
+    if (slot.compare_exchange_strong(expected, after)) return;
+  }
+}
 
 extern "C" void removeUnfinished(int signal) {
-  if (char const* const path = unfinished) ::unlink(path);
+  for (char const* const path : unfinished) {
+    if (path != nullptr) ::unlink(path);
+  }
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }
@@ -69,7 +79,7 @@ OutputFile::OutputFile(std::string name, bool overwrite)
     temporary_.clear();
     fail();
   }
-  unfinished = temporary_.c_str();
+  replaceUnfinished(nullptr, temporary_.c_str());
   std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the limit then fails like any other
   for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     if (std::signal(signal, removeUnfinished) == SIG_IGN) std::signal(signal, SIG_IGN);
@@ -79,7 +89,7 @@ OutputFile::OutputFile(std::string name, bool overwrite)
 OutputFile::~OutputFile() {
   if (descriptor_ > STDOUT_FILENO) ::close(descriptor_);
   if (temporary_.empty()) return;
-  unfinished = nullptr;
+  replaceUnfinished(temporary_.c_str(), nullptr);
   ::unlink(temporary_.c_str());
 }
 
@@ -94,7 +104,7 @@ void OutputFile::commit() {
   if (::fchmod(descriptor_, mode_) != 0) fail();
   if (::close(std::exchange(descriptor_, -1)) != 0) fail();
   if (!takeName()) fail();
-  unfinished = nullptr;
+  replaceUnfinished(temporary_.c_str(), nullptr);
   temporary_.clear();
 }
 

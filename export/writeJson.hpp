@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "cli/OutputFile.hpp"
+#include "export/OutputFile.hpp"
 #include "model/roadnetwork/RoadNetwork.hpp"
 
 /// Nodes and roads by ascending id, one a line; UTF-8; each number reads back to the same bits, NaN

@@ -1,0 +1,141 @@
+#include "export/writeReport.hpp"
+
+#include <initializer_list>
+
+#include "export/JsonWriter.hpp"
+
+using OpenStreetMap::Id;
+using OpenStreetMap::Way;
+
+namespace {
+
+class ReportWriter {
+ public:
+  ReportWriter(RoadNetworkImporter const& importer, OutputFile& output)
+      : importer_(importer), json_(output) {}
+
+  void write(ImportReport const& report) {
+    json_.raw("{\"highwayWays\": ");
+    json_.id(report.highwayWays);
+    json_.raw(", \"imported\": ");
+    json_.id(report.importedWays);
+    json_.raw(",\n \"notImported\": {");
+    ways("notARoad", report.notARoad, "highway");
+    list("missingNodes", report.missingNodes, [&](auto const& entry) {
+      way("way", *entry.way);
+      json_.raw(", \"missing\": ");
+      json_.id(entry.count);
+      json_.raw(", \"first\": ");
+      json_.list(entry.first, [&](Id id) { signedId(id); });
+      place(*entry.way);
+    });
+    ways("fewerThanTwoNodes", report.fewerThanTwoNodes, "highway");
+    json_.raw("},\n \"toCheck\": {");
+    separator_ = "\n  ";
+    ways("impliedOneway", report.impliedOneway, "highway");
+    ways("unknownOneway", report.unknownOneway, "oneway");
+    joins("droppedDirections", report.droppedDirections, "oneway");
+    joins("differentNames", report.differentNames, "name");
+    list("sharedNodes", report.sharedNodes, [&](auto const& shared) {
+      node(shared.node);
+      pair(*shared.one, *shared.other, "layer");
+    });
+    ways("levelBridges", report.levelBridges, "highway");
+    ways("oddLayers", report.oddLayers, "layer");
+    json_.raw("}}\n");
+  }
+
+ private:
+  template <class Entries, class WriteEntry>
+  void list(char const* name, Entries const& entries, WriteEntry const& writeEntry) {
+    json_.raw(separator_);
+    json_.raw("\"");
+    json_.raw(name);
+    json_.raw("\": [");
+    char const* separator = "\n   {";
+    for (auto const& entry : entries) {
+      json_.raw(separator);
+      writeEntry(entry);
+      json_.raw("}");
+      separator = ",\n   {";
+    }
+    json_.raw("]");
+    separator_ = ",\n  ";
+  }
+
+  void ways(char const* name, std::vector<Way const*> const& entries, char const* key) {
+    list(name, entries, [&](Way const* entry) {
+      way("way", *entry);
+      tag(key, *entry);
+      place(*entry);
+    });
+  }
+
+  // The first of the way's nodes that the file has.
+  void place(Way const& way) {
+    for (Id const id : way.nodeReferences) {
+      if (auto const* const first = importer_.reader.nodes.find(id)) return at(*first);
+    }
+  }
+
+  void joins(char const* name, std::vector<ImportReport::Join> const& entries, char const* key) {
+    list(name, entries, [&](ImportReport::Join const& join) {
+      node(join.node);
+      json_.raw(", \"road\": ");
+      json_.id(join.road);
+      pair(*join.one, *join.other, key);
+    });
+  }
+
+  void pair(Way const& one, Way const& other, char const* key) {
+    json_.raw(", \"ways\": [{");
+    way("way", one);
+    tag(key, one);
+    json_.raw("}, {");
+    way("way", other);
+    tag(key, other);
+    json_.raw("}]");
+  }
+
+  void node(Id id) {
+    json_.raw("\"node\": ");
+    signedId(id);
+    at(importer_.reader.nodes.at(id));
+  }
+
+  void at(OpenStreetMap::Node const& node) {
+    json_.raw(", \"latitude\": ");
+    json_.number(node.first);
+    json_.raw(", \"longitude\": ");
+    json_.number(node.second);
+  }
+
+  void way(char const* name, Way const& way) {
+    json_.raw("\"");
+    json_.raw(name);
+    json_.raw("\": ");
+    signedId(way.id);
+  }
+
+  // The value, or null.
+  void tag(char const* key, Way const& way) {
+    json_.raw(", \"");
+    json_.raw(key);
+    json_.raw("\": ");
+    auto const found = way.tags.find(support::to_ustring(key));
+    found == way.tags.end() ? json_.raw("null") : json_.text(found->second);
+  }
+
+  void signedId(Id id) { json_.raw(std::to_string(id)); }
+
+  RoadNetworkImporter const& importer_;
+  JsonWriter json_;
+  char const* separator_ = "\n  ";
+};
+
+}  // namespace
+
+void writeReport(ImportReport const& report, RoadNetworkImporter const& importer,
+                 OutputFile& output) {
+  ReportWriter(importer, output).write(report);
+}

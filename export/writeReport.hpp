@@ -1,0 +1,11 @@
+// The report on an import as JSON.
+#pragma once
+
+#include <string>
+
+#include "export/OutputFile.hpp"
+#include "report/ImportReport.hpp"
+
+/// One entry a line: way ids, node ids, coordinates in degrees, the values that matter.
+void writeReport(ImportReport const& report, RoadNetworkImporter const& importer,
+                 OutputFile& output);
