@@ -17,23 +17,22 @@ using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
 using velora::roadnetwork::RoadImpl;
 using velora::roadnetwork::RoadNetwork;
-using velora::roadnetwork::RoadNetworkImpl;
 
 namespace {
 
 // Two road ends, by which traffic can arrive and depart. Two one-way roads that both end here, or
 // both start, are no way through.
-bool isPassThrough(Node const& node) {
+bool isPassThrough(RoadNetwork const& network, Node const& node) {
   return node->getOutgoingRoads().size() + node->getIncomingRoads().size() == 2 &&
-         !RoadNetworkImpl::arrivalsAt(node).empty() &&
-         !RoadNetworkImpl::departuresFrom(node).empty();
+         !network->arrivalsAt(node->getID()).empty() &&
+         !network->departuresFrom(node->getID()).empty();
 }
 
 std::vector<Node> collectCandidates(RoadNetwork const& network) {
   std::vector<Node> candidates;
   candidates.reserve(network->getNodes().size());
   for (auto const& [id, node] : network->getNodes()) {
-    if (isPassThrough(node)) candidates.push_back(node);
+    if (isPassThrough(network, node)) candidates.push_back(node);
   }
   return candidates;
 }
@@ -86,7 +85,12 @@ struct Piece {
 // network is never left half joined.
 class ChainPlan {
  public:
-  explicit ChainPlan(RoadNetworkImporter& importer) : importer_(importer) {}
+  ChainPlan(RoadNetworkImporter& importer, std::size_t joins) : importer_(importer) {
+    roads_.reserve(2 * joins);
+    joins_.reserve(2 * joins);
+    parents_.reserve(2 * joins);
+    chains_.reserve(2 * joins);
+  }
 
   // Joins the two roads that end at the node, unless they are one.
   void join(Node const& node) {
@@ -112,7 +116,9 @@ class ChainPlan {
     // In this order each Node's collections end up as if the joins were made one after the other.
     std::sort(moves_.begin(), moves_.end(),
               [](Move const& a, Move const& b) { return a.join < b.join; });
-    for (Move const& move : moves_) move.to->reserveRoads();
+    for (Move const& move : moves_) {
+      if (move.to) move.to->reserveRoads();
+    }
   }
 
   void carryOut() noexcept {
@@ -224,6 +230,8 @@ class ChainPlan {
       Join const& after = joins[piece.reversed ? start : end];
       std::ptrdiff_t const first = before.to.road != none && !before.keepsPoint ? 1 : 0;
       std::ptrdiff_t const last = after.to.road != none && !after.keepsPoint ? 1 : 0;
+      // Only a host makes a road of one point; there may be none of it left.
+      if (static_cast<std::ptrdiff_t>(own.size()) < first + last) continue;
       if (piece.reversed) {
         line.insert(line.end(), own.rbegin() + first, own.rend() - last);
       } else {
@@ -264,7 +272,7 @@ class ChainPlan {
 void chainRoads(RoadNetworkImporter& importer) {
   // Fixed before any join: a Node that would qualify only after one stays.
   std::vector<Node> const candidates = collectCandidates(importer.roadNetwork);
-  ChainPlan plan(importer);
+  ChainPlan plan(importer, candidates.size());
   for (Node const& node : candidates) plan.join(node);
   plan.prepare();
   plan.carryOut();

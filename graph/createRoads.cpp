@@ -116,4 +116,5 @@ void createRoads(RoadNetworkImporter& importer) {
   std::vector<Piece> const pieces = cutWays(importer);
   RoadMaker maker(importer);
   for (std::size_t i = 0; i < pieces.size(); ++i) maker.addRoad(i + 1, pieces[i]);
+  importer.wayNodeNumbers = {};  // nobody needs them any more
 }

@@ -22,30 +22,32 @@ class RoadWayIds {
   }
   void reserve(std::size_t count) {
     entries_.reserve(count);
-    chains_.reserve(count);
+    chains_.reserve(count + 1);
   }
   /// How many pairs there are.
   std::size_t size() const noexcept { return entries_.size(); }
   /// The highest road id that was ever used.
-  RoadId maxRoadId() const noexcept { return chains_.size(); }
+  RoadId maxRoadId() const noexcept { return chains_.empty() ? 0 : chains_.size() - 1; }
 
   /// Adds a way behind the others of the road.
   void emplace(RoadId road, WayId way) {
-    if (road > chains_.size()) chains_.resize(road);
+    if (road >= chains_.size()) chains_.resize(road + 1);
     entries_.push_back({way, end});
-    append(chains_[road - 1], {entries_.size() - 1, entries_.size() - 1});
+    append(chains_[road], {entries_.size() - 1, entries_.size() - 1});
   }
 
-  /// Moves all ways of `from` behind those of `to`.
+  /// Moves all ways of `from`, which may be none, behind those of `to`.
   void move(RoadId from, RoadId to) {
-    append(chains_[to - 1], std::exchange(chains_[from - 1], Chain()));
+    if (from >= chains_.size() || chains_[from].first == end) return;
+    if (to >= chains_.size()) chains_.resize(to + 1);
+    append(chains_[to], std::exchange(chains_[from], Chain()));
   }
 
   /// Calls `action` with each way of the road, in order.
   template <class Action>
   void forEach(RoadId road, Action const& action) const {
-    if (road == 0 || road > chains_.size()) return;
-    for (std::size_t i = chains_[road - 1].first; i != end; i = entries_[i].next) {
+    if (road >= chains_.size()) return;
+    for (std::size_t i = chains_[road].first; i != end; i = entries_[i].next) {
       action(entries_[i].way);
     }
   }

@@ -18,15 +18,15 @@ namespace {
 
 constexpr double layerHeight = 4.9;
 
-// By road id, which count from 1; none for a road that was absorbed by another.
+// By road id; none for a road that was absorbed by another.
 class RoadElevations {
  public:
-  explicit RoadElevations(RoadWayIds::RoadId maxRoadId) : elevations_(maxRoadId) {}
+  explicit RoadElevations(RoadWayIds::RoadId maxRoadId) : elevations_(maxRoadId + 1) {}
 
-  void set(RoadWayIds::RoadId road, double elevation) { elevations_[road - 1] = elevation; }
+  void set(RoadWayIds::RoadId road, double elevation) { elevations_[road] = elevation; }
   double at(RoadWayIds::RoadId road) const {
-    if (road - 1 >= elevations_.size() || !elevations_[road - 1]) support::throwMissing();
-    return *elevations_[road - 1];
+    if (road >= elevations_.size() || !elevations_[road]) support::throwMissing();
+    return *elevations_[road];
   }
 
  private:
@@ -39,7 +39,7 @@ RoadElevations computeRoadElevations(RoadNetworkImporter& importer) {
   // The roads of a way come one after the other.
   std::optional<RoadWayIds::WayId> lastWay;
   double lastElevation = 0.0;
-  for (RoadWayIds::RoadId id = 1; id <= roadWayIds.maxRoadId(); ++id) {
+  for (RoadWayIds::RoadId id = 0; id <= roadWayIds.maxRoadId(); ++id) {
     double sum = 0.0;
     std::size_t count = 0;
     roadWayIds.forEach(id, [&](RoadWayIds::WayId way) {

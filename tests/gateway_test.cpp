@@ -281,6 +281,15 @@ TEST_F(Gateway, ImportsIntoANetworkThatIsNotEmpty) {
   EXPECT_EQ(errorOf([&] { import(nothing.path()); }), "_Map_base::at");
 }
 
+// A new road that joins an old one whose number the import does not know.
+TEST_F(Gateway, JoinsRoadsOfBeforeOnlyWithinItsTables) {
+  Town star("a-b-c-d-e-f-g");
+  star.way("ab").way("ac").way("ad").way("ae").way("af").way("ag");
+  import(TemporaryFile(star.xml()).path());
+  TemporaryFile const more(Town("a-b-c-d-e-f-g-h").way("gh").xml());
+  EXPECT_EQ(errorOf([&] { import(more.path()); }), "_Map_base::at");
+}
+
 TEST_F(Gateway, ImportsIntoModelsInSeveralThreads) {
   auto const& property = velora::roadnetwork::RoadImpl::startNodeProperty();
   std::size_t const references = property.references();

@@ -38,7 +38,7 @@ void RoadImpl::setCenters(std::vector<double> const& x, std::vector<double> cons
   shareCenters(Sequence(x), Sequence(y));
 }
 
-void RoadImpl::shareCenters(Sequence const& x, Sequence const& y) {
+void RoadImpl::shareCenters(Sequence x, Sequence y) {
   if (x.size() != y.size()) throw std::invalid_argument("centre sequences of different length");
   centersX_ = x;
   centersY_ = y;

@@ -44,7 +44,7 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   /// node. Throws std::invalid_argument when the two differ in length.
   virtual void setCenters(std::vector<double> const& x, std::vector<double> const& y);
   /// The same with sequences that exist already, which can't fail for want of memory.
-  void shareCenters(Sequence const& x, Sequence const& y);
+  void shareCenters(Sequence x, Sequence y);
   Sequence const& getCentersX() const noexcept { return centersX_; }
   Sequence const& getCentersY() const noexcept { return centersY_; }
 

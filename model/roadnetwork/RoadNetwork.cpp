@@ -51,19 +51,11 @@ void RoadNetworkImpl::addRoad(Road const& road) {
 }
 
 std::vector<unsigned long> RoadNetworkImpl::arrivalsAt(unsigned long nodeId) const {
-  return arrivalsAt(nodes_[nodeId]);
+  return travelled(nodes_[nodeId], DirectionOfTravel::forward, DirectionOfTravel::backward);
 }
 
 std::vector<unsigned long> RoadNetworkImpl::departuresFrom(unsigned long nodeId) const {
-  return departuresFrom(nodes_[nodeId]);
-}
-
-std::vector<unsigned long> RoadNetworkImpl::arrivalsAt(Node const& node) {
-  return travelled(node, DirectionOfTravel::forward, DirectionOfTravel::backward);
-}
-
-std::vector<unsigned long> RoadNetworkImpl::departuresFrom(Node const& node) {
-  return travelled(node, DirectionOfTravel::backward, DirectionOfTravel::forward);
+  return travelled(nodes_[nodeId], DirectionOfTravel::backward, DirectionOfTravel::forward);
 }
 
 void RoadNetworkImpl::addNodes(std::vector<unsigned long> const& ids,

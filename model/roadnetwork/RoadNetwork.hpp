@@ -36,8 +36,6 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
   /// is not in the network.
   virtual std::vector<unsigned long> arrivalsAt(unsigned long nodeId) const;
   virtual std::vector<unsigned long> departuresFrom(unsigned long nodeId) const;
-  static std::vector<unsigned long> arrivalsAt(Node const& node);
-  static std::vector<unsigned long> departuresFrom(Node const& node);
 
   /// Makes one Node for each id, with the name of the same index and three values of `positions`
   /// (first coordinate, second coordinate, elevation). An id that the network already has keeps

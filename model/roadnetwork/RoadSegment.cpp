@@ -8,9 +8,8 @@ RoadSegmentImpl::RoadSegmentImpl(boost::uuids::uuid const& uuid) : ModelElementI
 
 RoadSegmentImpl::~RoadSegmentImpl() = default;
 
-void RoadSegmentImpl::setGeometry(Sequence const& centersX, Sequence const& centersY,
-                                  Sequence const& elevations, Sequence const& bankingAngles,
-                                  Sequence const& headings) {
+void RoadSegmentImpl::setGeometry(Sequence centersX, Sequence centersY, Sequence elevations,
+                                  Sequence bankingAngles, Sequence headings) {
   centersX_ = centersX;
   centersY_ = centersY;
   elevations_ = elevations;

@@ -29,9 +29,8 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
   /// Replaces all five sequences, one value a centre point: coordinates as the road has them,
   /// elevations in metres, banking angles and headings (NaN: not computed). A vector of doubles
   /// does for a sequence; a sequence that exists already is shared rather than copied.
-  virtual void setGeometry(Sequence const& centersX, Sequence const& centersY,
-                           Sequence const& elevations, Sequence const& bankingAngles,
-                           Sequence const& headings);
+  virtual void setGeometry(Sequence centersX, Sequence centersY, Sequence elevations,
+                           Sequence bankingAngles, Sequence headings);
   Sequence const& getCentersX() const noexcept { return centersX_; }
   Sequence const& getCentersY() const noexcept { return centersY_; }
   Sequence const& getElevations() const noexcept { return elevations_; }
