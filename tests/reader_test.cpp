@@ -1,7 +1,5 @@
 // The reader: formats, what is stored of a file, limits, queries and errors.
-#include <bzlib.h>
 #include <gmock/gmock.h>
-#include <zlib.h>
 
 #include <array>
 #include <charconv>
@@ -15,6 +13,7 @@
 #include "support/ustring.hpp"
 #include "tests/fixture/PbfFile.hpp"
 #include "tests/fixture/TemporaryFile.hpp"
+#include "tests/fixture/packed.hpp"
 
 using namespace std::string_literals;
 using OpenStreetMap::Id;
@@ -114,29 +113,6 @@ std::string latin1(std::string text) {
   std::string bytes;
   for (char16_t const unit : to_ustring(text)) bytes += static_cast<char>(unit);
   return bytes;
-}
-
-std::string gzip(std::string bytes) {
-  std::string packed(bytes.size() + 1000, '\0');
-  z_stream stream{};
-  deflateInit2(&stream, 6, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY);
-  stream.next_in = reinterpret_cast<Bytef*>(bytes.data());
-  stream.avail_in = static_cast<uInt>(bytes.size());
-  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-  stream.avail_out = static_cast<uInt>(packed.size());
-  deflate(&stream, Z_FINISH);
-  packed.resize(stream.total_out);
-  deflateEnd(&stream);
-  return packed;
-}
-
-std::string bzip2(std::string bytes) {
-  auto const whole = static_cast<unsigned>(bytes.size());
-  unsigned size = 2 * whole + 1000;
-  std::string packed(size, '\0');
-  BZ2_bzBuffToBuffCompress(packed.data(), &size, bytes.data(), whole, 1, 0, 0);
-  packed.resize(size);
-  return packed;
 }
 
 // Every way to write some data that is given as XML, without its declaration, and as a block.

@@ -1,8 +1,6 @@
 // What fails while a file is imported through the extension, fails cleanly, wherever it is.
-#include <bzlib.h>
 #include <dlfcn.h>
 #include <gmock/gmock.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -17,6 +15,7 @@
 #include "tests/fixture/PbfFile.hpp"
 #include "tests/fixture/TemporaryFile.hpp"
 #include "tests/fixture/Town.hpp"
+#include "tests/fixture/packed.hpp"
 
 using injected::Mode;
 using kb::zero::ModelElementImpl;
@@ -25,29 +24,6 @@ using velora::roadnetwork::Road;
 using velora::roadnetwork::RoadNetwork;
 
 namespace {
-
-std::string gzip(std::string const& bytes) {
-  std::string packed(bytes.size() + 1000, '\0');
-  z_stream stream{};
-  deflateInit2(&stream, 6, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY);
-  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
-  stream.avail_in = static_cast<uInt>(bytes.size());
-  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-  stream.avail_out = static_cast<uInt>(packed.size());
-  deflate(&stream, Z_FINISH);
-  packed.resize(stream.total_out);
-  deflateEnd(&stream);
-  return packed;
-}
-
-std::string bzip2(std::string bytes) {
-  std::string packed(bytes.size() + 1000, '\0');
-  auto size = static_cast<unsigned>(packed.size());
-  BZ2_bzBuffToBuffCompress(packed.data(), &size, bytes.data(), static_cast<unsigned>(bytes.size()),
-                           1, 0, 0);
-  packed.resize(size);
-  return packed;
-}
 
 // A crossing, chains to join from both sides, a loop, long names and layers.
 std::string xml() {
