@@ -1,7 +1,5 @@
 #include "export/writeReport.hpp"
 
-#include <initializer_list>
-
 #include "export/JsonWriter.hpp"
 
 using OpenStreetMap::Id;
@@ -22,7 +20,7 @@ class ReportWriter {
     json_.raw(",\n \"notImported\": {");
     ways("notARoad", report.notARoad, "highway");
     list("missingNodes", report.missingNodes, [&](auto const& entry) {
-      way("way", *entry.way);
+      way(*entry.way);
       json_.raw(", \"missing\": ");
       json_.id(entry.count);
       json_.raw(", \"first\": ");
@@ -65,7 +63,7 @@ class ReportWriter {
 
   void ways(char const* name, std::vector<Way const*> const& entries, char const* key) {
     list(name, entries, [&](Way const* entry) {
-      way("way", *entry);
+      way(*entry);
       tag(key, *entry);
       place(*entry);
     });
@@ -89,10 +87,10 @@ class ReportWriter {
 
   void pair(Way const& one, Way const& other, char const* key) {
     json_.raw(", \"ways\": [{");
-    way("way", one);
+    way(one);
     tag(key, one);
     json_.raw("}, {");
-    way("way", other);
+    way(other);
     tag(key, other);
     json_.raw("}]");
   }
@@ -110,10 +108,8 @@ class ReportWriter {
     json_.number(node.second);
   }
 
-  void way(char const* name, Way const& way) {
-    json_.raw("\"");
-    json_.raw(name);
-    json_.raw("\": ");
+  void way(Way const& way) {
+    json_.raw("\"way\": ");
     signedId(way.id);
   }
 

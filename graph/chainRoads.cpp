@@ -123,7 +123,7 @@ class ChainPlan {
 
   void carryOut() noexcept {
     for (std::size_t i = 0; i < roads_.size(); ++i) {
-      if (chains_[chainOf(i)].survivor != i) roads_[i]->destroy();
+      if (parents_[i] != i) roads_[i]->destroy();
     }
     for (Move const& move : moves_) {
       Road const& road = roads_[move.road];

@@ -46,7 +46,6 @@ std::vector<Id> findJunctions(RoadNetworkImporter& importer) {
 
 void createNodes(RoadNetworkImporter& importer) {
   std::vector<Id> const junctions = findJunctions(importer);
-  importer.reader.populate(importer.reader.nodes);
   std::vector<Node const*> const nodes =
       importer.reader.getElements(importer.reader.nodes, junctions);
 

@@ -125,9 +125,9 @@ class Joins {
     if (!nodes.contains(OpenStreetMap::modelId(node))) endsAt_[node].push_back(end);
   }
 
-  // The smallest id of the roads that the road is joined to.
+  // The smallest id of the roads that the road is joined to. The way there shrinks on the way.
   std::size_t root(std::size_t road) {
-    while (roots_[road - 1] != road) road = roots_[road - 1];
+    while (roots_[road - 1] != road) road = roots_[road - 1] = roots_[roots_[road - 1] - 1];
     return road;
   }
 
