@@ -1,28 +1,40 @@
 #include "cli/Options.hpp"
 
 #include <CLI/CLI.hpp>
+#include <iomanip>
 #include <iostream>
-#include <map>
+#include <sstream>
 
 namespace {
 
 constexpr int wrongArguments = 2;
 
-std::map<std::string, Options::Format> const formats{{"json", Options::Format::json}};
-
 // The format that a file name's ending asks for.
-Options::Format formatOf(std::string const& output) {
-  std::size_t const dot = output.rfind('.');
-  auto const format = formats.find(dot == std::string::npos ? "" : output.substr(dot + 1));
-  if (format == formats.end()) {
+Format const& formatOf(std::string const& output) {
+  std::string const name = output.substr(0, output.find_last_not_of('/') + 1);
+  std::size_t const dot = name.rfind('.');
+  auto const* const format = findFormat(dot == std::string::npos ? "" : name.substr(dot + 1));
+  if (format == nullptr) {
     throw CLI::ValidationError("--output", "can't tell the format from the name \"" + output +
                                                "\"; give one with --format");
   }
-  return format->second;
+  return *format;
 }
 
 std::string isFormat(std::string const& name) {
-  return formats.contains(name) ? "" : "there is no format \"" + name + "\"";
+  return findFormat(name) != nullptr ? "" : "there is no format \"" + name + "\"";
+}
+
+// One a line, for --help.
+std::string listOfFormats() {
+  std::ostringstream list;
+  for (Format const& format : formats()) {
+    std::string endings;
+    for (std::string_view const ending : format.endings) endings += " ." + std::string(ending);
+    list << "  " << std::left << std::setw(10) << format.name() << std::setw(18) << endings
+         << format.description << '\n';
+  }
+  return list.str();
 }
 
 // Returns the exit status.
@@ -38,9 +50,9 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   CLI::App app("Imports an OpenStreetMap file and builds a road network from it.", "osm2roadnet");
   app.set_version_flag("--version", "osm2roadnet " OSM2ROADNET_VERSION);
   app.get_formatter()->column_width(28);
-  app.footer(
-      "Without --output, a summary of the network goes to standard output.\n"
-      "Exit status: 0 done, 1 the import or the writing failed, 2 wrong arguments.\n");
+  app.footer("Formats, and the endings that ask for them:\n" + listOfFormats() +
+             "\nWithout --output, a summary of the network goes to standard output.\n"
+             "Exit status: 0 done, 1 the import or the writing failed, 2 wrong arguments.\n");
   app.add_option("INPUT", options.input,
                  "OSM XML or PBF file; gzip and bzip2 are unpacked; told by content")
       ->required()
@@ -48,9 +60,9 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   CLI::Option* const output = app.add_option("-o,--output", options.output,
                                              "write the network to this file; - is standard output")
                                   ->type_name("FILE");
-  std::string formatName = "json";
+  std::string formatName(formats().front().name());
   CLI::Option const* const format =
-      app.add_option("-f,--format", formatName, "json; default: what the output's ending says")
+      app.add_option("-f,--format", formatName, "as below; default: what the output's ending says")
           ->check(isFormat)
           ->type_name("FORMAT")
           ->needs(output);
@@ -68,7 +80,10 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
       throw CLI::ValidationError("--report", "the same as --output");
     }
     bool const byEnding = options.output && format->empty() && *options.output != "-";
-    options.format = byEnding ? formatOf(*options.output) : formats.at(formatName);
+    options.format = byEnding ? &formatOf(*options.output) : findFormat(formatName);
+    if (options.output == "-" && !options.format->isStream()) {
+      throw CLI::ValidationError("--output", "standard output can't take " + formatName);
+    }
     return options;
   } catch (CLI::CallForHelp const&) {
     exitCode = print(app.help());

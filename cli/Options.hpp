@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
-struct Options {
-  enum class Format { json };
+#include "export/NetworkExport.hpp"
 
+struct Options {
   std::string input;
   std::optional<std::string> output;  ///< "-" is standard output; none asks for a summary
-  Format format = Format::json;
+  Format const* format = nullptr;     ///< of the output, if there is one
   std::optional<std::string> report;  ///< "-" is standard output
   bool overwrite = false;
   bool quiet = false;

@@ -9,19 +9,34 @@ using namespace std::chrono_literals;
 ProgressLine::ProgressLine(bool enabled)
     : enabled_(enabled && ::isatty(STDERR_FILENO) == 1), next_(Clock::now() + 500ms) {}
 
-ProgressLine::~ProgressLine() {
-  if (shown_) std::cerr << "\r\033[K" << std::flush;
-}
-
 void ProgressLine::reading(std::uint64_t bytesRead, std::uint64_t fileSize) {
   if (!enabled_ || fileSize == 0) return;
-  bool const done = bytesRead >= fileSize;
-  if (done ? !shown_ : Clock::now() < next_) return;
-  next_ = Clock::now() + 100ms;
-  shown_ = true;
-  if (done) {
-    std::cerr << "\r\033[Kbuilding the network" << std::flush;
-  } else {
-    std::cerr << "\r\033[Kreading " << 100 * bytesRead / fileSize << " %" << std::flush;
+  if (bytesRead >= fileSize) {
+    if (shown_) show("building the network");
+  } else if (isDue()) {
+    show("reading " + std::to_string(100 * bytesRead / fileSize) + " %");
   }
+}
+
+void ProgressLine::writing(std::size_t done, std::size_t total) {
+  constexpr std::size_t between = 256;  // looking at the clock costs more than writing a node
+  if (!enabled_ || done % between != 0 || !isDue()) return;
+  show("writing " + std::to_string(100 * done / total) + " %");
+}
+
+void ProgressLine::wipe() {
+  if (shown_) std::cerr << "\r\033[K" << std::flush;
+  shown_ = false;
+}
+
+bool ProgressLine::isDue() {
+  auto const now = Clock::now();
+  if (now < next_) return false;
+  next_ = now + 100ms;
+  return true;
+}
+
+void ProgressLine::show(std::string const& text) {
+  shown_ = true;
+  std::cerr << "\r\033[K" << text << std::flush;
 }

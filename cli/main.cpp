@@ -11,10 +11,10 @@
 #include "cli/Options.hpp"
 #include "cli/ProgressLine.hpp"
 #include "cli/printSummary.hpp"
-#include "export/writeJson.hpp"
+#include "export/NetworkExport.hpp"
+#include "export/OutputFile.hpp"
 #include "export/writeReport.hpp"
 #include "importer/RoadNetworkImporter.hpp"
-#include "importer/geographicLimits.hpp"
 #include "report/ImportReport.hpp"
 #include "support/ustring.hpp"
 
@@ -22,8 +22,8 @@ namespace {
 
 void import(Options const& options) {
   // Made first: an output that can't be written should not cost an import.
-  std::optional<OutputFile> output;
-  if (options.output) output.emplace(*options.output, options.overwrite);
+  std::optional<NetworkExport> output;
+  if (options.output) output.emplace(*options.format, *options.output, options.overwrite);
   std::optional<OutputFile> reportFile;
   if (options.report) reportFile.emplace(*options.report, options.overwrite);
 
@@ -31,20 +31,22 @@ void import(Options const& options) {
   kb::zero::Model const model = kb::zero::Model::create();
   auto const network = velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
   RoadNetworkImporter importer(model, network);
-  {
-    ProgressLine progress(!options.quiet);
-    importer.reader.setProgress([&](std::uint64_t bytesRead, std::uint64_t fileSize) {
-      progress.reading(bytesRead, fileSize);
-    });
-    importer.run(options.input);
-  }
+  ProgressLine progress(!options.quiet);
+  importer.reader.setProgress([&](std::uint64_t bytesRead, std::uint64_t fileSize) {
+    progress.reading(bytesRead, fileSize);
+  });
+  importer.run(options.input);
   std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
 
-  if (output) writeJson(network, geographicLimits(importer), *output);
+  if (output) {
+    output->write(importer,
+                  [&](std::size_t done, std::size_t total) { progress.writing(done, total); });
+  }
+  progress.wipe();
   bool const wantsSummary = !output && options.report != "-" && !options.quiet;
   ImportReport report;
   if (reportFile || wantsSummary) report = reportOn(importer);
-  if (reportFile) writeReport(report, importer, *reportFile);
+  if (reportFile) writeReport(report, importer, reportFile->file());
   if (output) output->commit();
   if (reportFile) reportFile->commit();
   if (wantsSummary) {

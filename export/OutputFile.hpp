@@ -1,34 +1,25 @@
-// An output that is there whole or not at all.
+// An output file that is there whole or not at all.
 #pragma once
 
+#include <optional>
 #include <string>
-#include <string_view>
 
-/// Writes beside the wanted name and takes that name when complete; until then, and when anything
-/// goes wrong or the program is interrupted, a file of that name stays as it was. Standard output
-/// ("-"), devices and pipes are written to as they are.
+#include "export/BufferedFile.hpp"
+#include "export/OutputName.hpp"
+#include "export/Temporary.hpp"
+
+/// Is written beside the wanted name and takes it when complete. Standard output ("-"), devices and
+/// pipes are written to as they are. All errors are std::runtime_error with the name in their text.
 class OutputFile {
  public:
-  /// Throws std::runtime_error, with the name in its text, when the file can't be made, or exists
-  /// and `overwrite` is false.
-  OutputFile(std::string name, bool overwrite);
-  OutputFile(OutputFile const&) = delete;
-  OutputFile& operator=(OutputFile const&) = delete;
-  ~OutputFile();
+  /// Throws when the file can't be made, or exists and `overwrite` is false.
+  OutputFile(std::string const& name, bool overwrite);
 
-  /// Both throw std::runtime_error when the disk is full or something else fails.
-  void write(std::string_view bytes);
+  BufferedFile& file() { return *file_; }
   void commit();
 
  private:
-  bool takeName() const;
-  void flush();
-  [[noreturn]] void fail() const;
-
-  std::string name_;
-  bool overwrite_;
-  unsigned mode_ = 0;
-  int descriptor_ = -1;
-  std::string temporary_;  // empty where the output is written to as it is
-  std::string buffer_;
+  std::optional<OutputName> name_;  // none for what is written to as it is
+  Temporary temporary_;
+  std::optional<BufferedFile> file_;
 };

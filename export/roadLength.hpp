@@ -3,7 +3,6 @@
 
 #include "model/roadnetwork/Road.hpp"
 
-/// The length of the centre line in metres on the WGS 84 ellipsoid, elevations left aside. Each
-/// piece is measured with the ellipsoid's radii of curvature at its middle latitude, which for the
-/// short pieces of a road is as good as the geodesic (a few parts in a million at 10 km).
+/// The length of the centre line in metres: the sum of the geodesics between its points on the
+/// WGS 84 ellipsoid, elevations left aside.
 double roadLength(velora::roadnetwork::Road const& road);

@@ -1,106 +1,100 @@
 #include "export/writeJson.hpp"
 
-#include <algorithm>
+#include <utility>
 
 #include "export/JsonWriter.hpp"
+#include "importer/RoadNetworkImporter.hpp"
+#include "importer/geographicLimits.hpp"
 
 using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
-using velora::roadnetwork::RoadNetwork;
 using velora::roadnetwork::RoadSegment;
 
 namespace {
 
 void writeNode(JsonWriter& json, Node const& node) {
   auto const roadId = [&](Road const& road) { json.reference(road); };
-  json.raw("{\"id\": ");
+  json.first("id");
   json.reference(node);
-  json.raw(", \"name\": ");
+  json.next("name");
   json.text(node->getName());
-  json.raw(", \"position\": ");
+  json.next("position");
   json.numbers(node->getPosition());
-  json.raw(", \"incomingRoads\": ");
+  json.next("incomingRoads");
   json.list(node->getIncomingRoads(), roadId);
-  json.raw(", \"outgoingRoads\": ");
+  json.next("outgoingRoads");
   json.list(node->getOutgoingRoads(), roadId);
   json.raw("}");
 }
 
 void writeSegment(JsonWriter& json, RoadSegment const& segment) {
-  json.raw("{\"id\": ");
+  json.first("id");
   json.reference(segment);
-  json.raw(", \"startNode\": ");
+  json.next("startNode");
   json.reference(segment->getStartNode());
-  json.raw(", \"endNode\": ");
+  json.next("endNode");
   json.reference(segment->getEndNode());
-  json.raw(", \"centersX\": ");
+  json.next("centersX");
   json.numbers(segment->getCentersX());
-  json.raw(", \"centersY\": ");
+  json.next("centersY");
   json.numbers(segment->getCentersY());
-  json.raw(", \"elevations\": ");
+  json.next("elevations");
   json.numbers(segment->getElevations());
-  json.raw(", \"bankingAngles\": ");
+  json.next("bankingAngles");
   json.numbers(segment->getBankingAngles());
-  json.raw(", \"headings\": ");
+  json.next("headings");
   json.numbers(segment->getHeadings());
   json.raw("}");
 }
 
 void writeRoad(JsonWriter& json, Road const& road) {
-  json.raw("{\"id\": ");
+  json.first("id");
   json.reference(road);
-  json.raw(", \"name\": ");
+  json.next("name");
   json.text(road->getName());
-  json.raw(", \"weight\": ");
+  json.next("weight");
   json.number(road->getWeight());
-  json.raw(", \"direction\": ");
-  json.id(static_cast<unsigned long>(road->getDirection()));
-  json.raw(", \"startNode\": ");
+  json.next("direction");
+  json.integer(static_cast<unsigned long>(road->getDirection()));
+  json.next("startNode");
   json.reference(road->getStartNode());
-  json.raw(", \"endNode\": ");
+  json.next("endNode");
   json.reference(road->getEndNode());
-  json.raw(", \"centersX\": ");
+  json.next("centersX");
   json.numbers(road->getCentersX());
-  json.raw(", \"centersY\": ");
+  json.next("centersY");
   json.numbers(road->getCentersY());
-  json.raw(", \"segments\": ");
+  json.next("segments");
   json.list(road->getRoadSegments(), [&](RoadSegment const& s) { writeSegment(json, s); });
   json.raw("}");
 }
 
-std::vector<Road> roadsById(RoadNetwork const& network) {
-  std::vector<Road> roads = network->getRoads();
-  std::sort(roads.begin(), roads.end(),
-            [](Road const& a, Road const& b) { return a->getID() < b->getID(); });
-  return roads;
-}
-
 }  // namespace
 
-void writeJson(RoadNetwork const& network, std::vector<double> const& limits, OutputFile& output) {
-  JsonWriter json(output);
-  auto const& origin = network->getGeoReference();
-  json.raw("{\"limits\": ");
-  json.numbers(limits);
-  json.raw(",\n \"geoReference\": {\"latitude\": ");
+void writeJson(RoadNetworkImporter const& importer, BufferedFile& file, Progress const& progress) {
+  JsonWriter json(file);
+  NetworkWalk walk(importer.roadNetwork, progress);
+  auto const& origin = importer.roadNetwork->getGeoReference();
+  json.first("limits");
+  json.numbers(geographicLimits(importer));
+  json.raw(",\n \"geoReference\": ");
+  json.first("latitude");
   json.number(origin->getLatitude());
-  json.raw(", \"longitude\": ");
+  json.next("longitude");
   json.number(origin->getLongitude());
-  json.raw(", \"altitude\": ");
+  json.next("altitude");
   json.number(origin->getAltitude());
   json.raw("},\n \"nodes\": [");
   char const* separator = "\n  ";
-  for (auto const& [id, node] : network->getNodes()) {
-    json.raw(separator);
+  walk.forEachNode([&](Node const& node) {
+    json.raw(std::exchange(separator, ",\n  "));
     writeNode(json, node);
-    separator = ",\n  ";
-  }
+  });
   json.raw("],\n \"roads\": [");
   separator = "\n  ";
-  for (Road const& road : roadsById(network)) {
-    json.raw(separator);
+  walk.forEachRoad([&](Road const& road) {
+    json.raw(std::exchange(separator, ",\n  "));
     writeRoad(json, road);
-    separator = ",\n  ";
-  }
+  });
   json.raw("]}\n");
 }

@@ -1,12 +1,11 @@
 // The whole network as JSON (RFC 8259).
 #pragma once
 
-#include <vector>
+#include "export/BufferedFile.hpp"
+#include "export/NetworkWalk.hpp"
 
-#include "export/OutputFile.hpp"
-#include "model/roadnetwork/RoadNetwork.hpp"
+class RoadNetworkImporter;
 
 /// Nodes and roads by ascending id, one a line; UTF-8; each number reads back to the same bits, NaN
 /// is null, and an infinite one is written as 1e999. The same network gives the same bytes.
-void writeJson(velora::roadnetwork::RoadNetwork const& network, std::vector<double> const& limits,
-               OutputFile& output);
+void writeJson(RoadNetworkImporter const& importer, BufferedFile& file, Progress const& progress);

@@ -9,22 +9,22 @@ namespace {
 
 class ReportWriter {
  public:
-  ReportWriter(RoadNetworkImporter const& importer, OutputFile& output)
+  ReportWriter(RoadNetworkImporter const& importer, BufferedFile& output)
       : importer_(importer), json_(output) {}
 
   void write(ImportReport const& report) {
-    json_.raw("{\"highwayWays\": ");
-    json_.id(report.highwayWays);
-    json_.raw(", \"imported\": ");
-    json_.id(report.importedWays);
+    json_.first("highwayWays");
+    json_.integer(report.highwayWays);
+    json_.next("imported");
+    json_.integer(report.importedWays);
     json_.raw(",\n \"notImported\": {");
     ways("notARoad", report.notARoad, "highway");
     list("missingNodes", report.missingNodes, [&](auto const& entry) {
       way(*entry.way);
-      json_.raw(", \"missing\": ");
-      json_.id(entry.count);
-      json_.raw(", \"first\": ");
-      json_.list(entry.first, [&](Id id) { signedId(id); });
+      json_.next("missing");
+      json_.integer(entry.count);
+      json_.next("first");
+      json_.integers(entry.first);
       place(*entry.way);
     });
     ways("fewerThanTwoNodes", report.fewerThanTwoNodes, "highway");
@@ -50,12 +50,12 @@ class ReportWriter {
     json_.raw("\"");
     json_.raw(name);
     json_.raw("\": [");
-    char const* separator = "\n   {";
+    char const* separator = "\n   ";
     for (auto const& entry : entries) {
       json_.raw(separator);
       writeEntry(entry);
       json_.raw("}");
-      separator = ",\n   {";
+      separator = ",\n   ";
     }
     json_.raw("]");
     separator_ = ",\n  ";
@@ -79,50 +79,47 @@ class ReportWriter {
   void joins(char const* name, std::vector<ImportReport::Join> const& entries, char const* key) {
     list(name, entries, [&](ImportReport::Join const& join) {
       node(join.node);
-      json_.raw(", \"road\": ");
-      json_.id(join.road);
+      json_.next("road");
+      json_.integer(join.road);
       pair(*join.one, *join.other, key);
     });
   }
 
   void pair(Way const& one, Way const& other, char const* key) {
-    json_.raw(", \"ways\": [{");
+    json_.next("ways");
+    json_.raw("[");
     way(one);
     tag(key, one);
-    json_.raw("}, {");
+    json_.raw("}, ");
     way(other);
     tag(key, other);
     json_.raw("}]");
   }
 
   void node(Id id) {
-    json_.raw("\"node\": ");
-    signedId(id);
+    json_.first("node");
+    json_.integer(id);
     at(importer_.reader.nodes.at(id));
   }
 
   void at(OpenStreetMap::Node const& node) {
-    json_.raw(", \"latitude\": ");
+    json_.next("latitude");
     json_.number(node.first);
-    json_.raw(", \"longitude\": ");
+    json_.next("longitude");
     json_.number(node.second);
   }
 
   void way(Way const& way) {
-    json_.raw("\"way\": ");
-    signedId(way.id);
+    json_.first("way");
+    json_.integer(way.id);
   }
 
   // The value, or null.
   void tag(char const* key, Way const& way) {
-    json_.raw(", \"");
-    json_.raw(key);
-    json_.raw("\": ");
+    json_.next(key);
     auto const found = way.tags.find(support::to_ustring(key));
     found == way.tags.end() ? json_.raw("null") : json_.text(found->second);
   }
-
-  void signedId(Id id) { json_.raw(std::to_string(id)); }
 
   RoadNetworkImporter const& importer_;
   JsonWriter json_;
@@ -132,6 +129,6 @@ class ReportWriter {
 }  // namespace
 
 void writeReport(ImportReport const& report, RoadNetworkImporter const& importer,
-                 OutputFile& output) {
+                 BufferedFile& output) {
   ReportWriter(importer, output).write(report);
 }

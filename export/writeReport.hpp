@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "export/OutputFile.hpp"
+#include "export/BufferedFile.hpp"
 #include "report/ImportReport.hpp"
 
 /// One entry a line: way ids, node ids, coordinates in degrees, the values that matter.
 void writeReport(ImportReport const& report, RoadNetworkImporter const& importer,
-                 OutputFile& output);
+                 BufferedFile& output);

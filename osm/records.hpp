@@ -21,6 +21,10 @@ using Id = std::int64_t;
 constexpr std::uint64_t modelId(Id id) noexcept {
   return static_cast<std::uint64_t>(id);
 }
+/// And back.
+constexpr Id osmId(std::uint64_t modelId) noexcept {
+  return static_cast<Id>(modelId);
+}
 
 using Tags = TagMap;
 

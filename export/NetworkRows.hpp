@@ -1,0 +1,64 @@
+// Nodes and roads as the rows of tables, which is how the exchange formats see a network.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "export/NumberText.hpp"
+#include "model/roadnetwork/DirectionOfTravel.hpp"
+#include "model/roadnetwork/Node.hpp"
+#include "model/roadnetwork/Road.hpp"
+#include "osm/records.hpp"
+
+class RoadNetworkImporter;
+
+struct NodeRow {
+  OpenStreetMap::Id id;  ///< the OSM node's, with its sign
+  double longitude;      ///< degrees, WGS 84
+  double latitude;
+  double elevation;  ///< metres above the ground; may be NaN or infinite
+};
+
+struct RoadRow {
+  std::uint64_t id;
+  std::string name;     ///< UTF-8 without U+0000; empty for none
+  std::string highway;  ///< the values of its ways' "highway" tags, each once, with ";" between
+  velora::roadnetwork::DirectionOfTravel direction;
+  OpenStreetMap::Id startNode;
+  OpenStreetMap::Id endNode;
+  double length;                          ///< metres, see roadLength
+  std::vector<OpenStreetMap::Id> wayIds;  ///< the OSM ways it was made of, ascending, each once
+  /// The centre line from the start to the end node, as many of each; views into the road.
+  std::vector<double> const& longitudes;
+  std::vector<double> const& latitudes;
+  std::vector<double> const& elevations;
+  bool hasElevations;  ///< whether all of them are finite
+
+  /// The way ids with ";" between them, as OSM tags list values.
+  std::string wayIdText() const {
+    std::string text;
+    for (OpenStreetMap::Id const wayId : wayIds) {
+      if (!text.empty()) text += ';';
+      text += NumberText(wayId);
+    }
+    return text;
+  }
+};
+
+NodeRow nodeRow(velora::roadnetwork::Node const& node);
+
+/// `importer` is the one that made the road. The row holds as long as the road.
+RoadRow roadRow(velora::roadnetwork::Road const& road, RoadNetworkImporter const& importer);
+
+/// A way to travel a road, for formats that know directed edges alone.
+struct DirectedEdge {
+  OpenStreetMap::Id from;
+  OpenStreetMap::Id to;
+  /// From `from` to `to` as well-known text (ISO 19125 with Z): LINESTRING Z (longitude latitude
+  /// elevation, ...), or LINESTRING (longitude latitude, ...) where elevations are not all finite.
+  std::string geometry;
+};
+
+/// One for a one-way road, two for any other: start to end, and end to start.
+std::vector<DirectedEdge> directedEdges(RoadRow const& road);

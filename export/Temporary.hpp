@@ -1,0 +1,28 @@
+// What must not outlive the program unless it is complete.
+#pragma once
+
+#include <string>
+
+/// An unfinished file, or a folder of unfinished files. It is removed in the end: by the
+/// destructor, or when a signal ends the program.
+class Temporary {
+ public:
+  Temporary() = default;  ///< nothing
+  Temporary(Temporary const&) = delete;
+  Temporary& operator=(Temporary const&) = delete;
+  ~Temporary();
+
+  /// Make it beside `name`, for this user alone; called once. The first returns a descriptor to
+  /// write to. Both throw std::runtime_error, with the name in its text.
+  int makeFile(std::string const& name);
+  void makeFolder(std::string const& name);
+
+  std::string const& path() const noexcept { return path_; }
+  /// What was here has got a name of its own.
+  void release() noexcept;
+
+ private:
+  void registerPath();
+
+  std::string path_;
+};

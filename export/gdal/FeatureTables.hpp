@@ -1,0 +1,28 @@
+// The door to GDAL, which alone knows some formats. It is a library of its own that is loaded when
+// one of them is asked for: its many dependencies would make every start of the program slower.
+#pragma once
+
+#include <string>
+
+#include "export/NetworkRows.hpp"
+
+/// Writes a table of nodes and one of roads. Errors are std::runtime_error.
+class FeatureTables {
+ public:
+  FeatureTables() = default;
+  FeatureTables(FeatureTables const&) = delete;
+  FeatureTables& operator=(FeatureTables const&) = delete;
+  virtual ~FeatureTables() = default;
+
+  virtual void add(NodeRow const& row) = 0;
+  virtual void add(RoadRow const& row) = 0;
+  /// Completes the files.
+  virtual void finish() = 0;
+};
+
+/// What the library exports: tables in new files that GDAL's driver of that name makes. Both paths
+/// may be the same where the driver puts more than one table into a file. The caller deletes the
+/// result.
+extern "C" FeatureTables* openFeatureTables(char const* driver, char const* nodesPath,
+                                            char const* roadsPath);
+using OpenFeatureTables = decltype(openFeatureTables);
