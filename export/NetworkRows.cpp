@@ -22,14 +22,6 @@ std::string exchangeable(std::u16string_view text) {
   return support::ustring_to_utf8(copy);
 }
 
-std::vector<Id> wayIdsOf(Road const& road, RoadNetworkImporter const& importer) {
-  std::vector<Id> ids;
-  importer.roadWayIds.forEach(road->getID(), [&](Id id) { ids.push_back(id); });
-  std::sort(ids.begin(), ids.end());
-  ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
-  return ids;
-}
-
 std::string highwayOf(std::vector<Id> const& wayIds, RoadNetworkImporter const& importer) {
   std::vector<std::u16string_view> values;
   std::u16string joinedValues;
@@ -59,6 +51,14 @@ std::string wellKnownText(RoadRow const& road, bool reversed) {
 }
 
 }  // namespace
+
+std::vector<Id> wayIdsOf(Road const& road, RoadNetworkImporter const& importer) {
+  std::vector<Id> ids;
+  importer.roadWayIds.forEach(road->getID(), [&](Id id) { ids.push_back(id); });
+  std::sort(ids.begin(), ids.end());
+  ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+  return ids;
+}
 
 NodeRow nodeRow(Node const& node) {
   auto const position = node->getPosition();

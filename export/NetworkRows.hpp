@@ -28,7 +28,7 @@ struct RoadRow {
   OpenStreetMap::Id startNode;
   OpenStreetMap::Id endNode;
   double length;                          ///< metres, see roadLength
-  std::vector<OpenStreetMap::Id> wayIds;  ///< the OSM ways it was made of, ascending, each once
+  std::vector<OpenStreetMap::Id> wayIds;  ///< see wayIdsOf
   /// The centre line from the start to the end node, as many of each; views into the road.
   std::vector<double> const& longitudes;
   std::vector<double> const& latitudes;
@@ -45,6 +45,10 @@ struct RoadRow {
     return text;
   }
 };
+
+/// The OSM ways that the road was made of, ascending, each once.
+std::vector<OpenStreetMap::Id> wayIdsOf(velora::roadnetwork::Road const& road,
+                                        RoadNetworkImporter const& importer);
 
 NodeRow nodeRow(velora::roadnetwork::Node const& node);
 

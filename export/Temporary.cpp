@@ -59,6 +59,25 @@ extern "C" void removeUnfinished(int signal) {
   std::raise(signal);
 }
 
+constexpr std::array interrupts{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+// Keeps interrupts off while something is there that they do not know of yet.
+class InterruptsBlocked {
+ public:
+  InterruptsBlocked() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (int const signal : interrupts) sigaddset(&signals, signal);
+    ::pthread_sigmask(SIG_BLOCK, &signals, &before_);
+  }
+  InterruptsBlocked(InterruptsBlocked const&) = delete;
+  InterruptsBlocked& operator=(InterruptsBlocked const&) = delete;
+  ~InterruptsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_;
+};
+
 // What mkostemp and mkdtemp make a name of.
 std::string patternBeside(std::string const& name) {
   return std::filesystem::path(name).replace_filename(".osm2roadnet-XXXXXX").string();
@@ -67,6 +86,7 @@ std::string patternBeside(std::string const& name) {
 }  // namespace
 
 int Temporary::makeFile(std::string const& name) {
+  InterruptsBlocked const blocked;
   std::string path = patternBeside(name);
   int const descriptor = ::mkostemp(path.data(), O_CLOEXEC);
   if (descriptor < 0) throwCantWrite(name);
@@ -76,6 +96,7 @@ int Temporary::makeFile(std::string const& name) {
 }
 
 void Temporary::makeFolder(std::string const& name) {
+  InterruptsBlocked const blocked;
   std::string path = patternBeside(name);
   if (::mkdtemp(path.data()) == nullptr) throwCantWrite(name);
   path_ = std::move(path);
@@ -85,7 +106,7 @@ void Temporary::makeFolder(std::string const& name) {
 void Temporary::registerPath() {
   replaceUnfinished(nullptr, path_.c_str());
   std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the limit then fails like any other
-  for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+  for (int const signal : interrupts) {
     if (std::signal(signal, removeUnfinished) == SIG_IGN) std::signal(signal, SIG_IGN);
   }
 }

@@ -125,7 +125,7 @@ class GeoJsonWriter {
     json_.integer(road.endNode);
     json_.next("length");
     json_.number(road.length);
-    json_.next("way_ids");
+    json_.next("osm_way_ids");
     json_.integers(road.wayIds);
     json_.raw("}}");
   }

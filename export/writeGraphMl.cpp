@@ -30,7 +30,7 @@ constexpr Key keys[] = {
     {"name", "edge", "string"},
     {"highway", "edge", "string"},
     {"length", "edge", "double"},
-    {"way_ids", "edge", "string"},
+    {"osm_way_ids", "edge", "string"},
     {"geometry", "edge", "string"},
 };
 
@@ -110,7 +110,7 @@ class GraphMlWriter {
     if (!road.name.empty()) data("name", escaped(road.name));
     data("highway", escaped(road.highway));
     data("length", NumberText(road.length));
-    data("way_ids", road.wayIdText());
+    data("osm_way_ids", road.wayIdText());
     data("geometry", edge.geometry);
     file_.write("</edge>\n");
   }

@@ -1,9 +1,14 @@
 #include "export/writeReport.hpp"
 
+#include <utility>
+
 #include "export/JsonWriter.hpp"
+#include "export/NetworkRows.hpp"
+#include "export/NetworkWalk.hpp"
 
 using OpenStreetMap::Id;
 using OpenStreetMap::Way;
+using velora::roadnetwork::Road;
 
 namespace {
 
@@ -40,7 +45,17 @@ class ReportWriter {
     });
     ways("levelBridges", report.levelBridges, "highway");
     ways("oddLayers", report.oddLayers, "layer");
-    json_.raw("}}\n");
+    json_.raw("},\n \"roads\": [");
+    char const* separator = "\n  ";
+    NetworkWalk(importer_.roadNetwork, {}).forEachRoad([&](Road const& road) {
+      json_.raw(std::exchange(separator, ",\n  "));
+      json_.first("road");
+      json_.reference(road);
+      json_.next("ways");
+      json_.integers(wayIdsOf(road, importer_));
+      json_.raw("}");
+    });
+    json_.raw("]}\n");
   }
 
  private:

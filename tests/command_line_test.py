@@ -12,6 +12,7 @@ import unittest
 PROGRAM = sys.argv.pop(1)
 EXAMPLE = pathlib.Path(__file__).resolve().parent.parent / "examples" / "harbour-town.osm"
 MAKE_FILE = EXAMPLE.parent.parent / "bench" / "make_file.py"
+ENDINGS = ["json", "geojson", "geojsonl", "gpkg", "fgb", "gmns", "graphml"]
 EMPTY = '<osm version="0.6"></osm>'
 
 
@@ -45,7 +46,8 @@ class CommandLine(unittest.TestCase):
         for arguments in ([], ["a.osm", "b.osm"], [EXAMPLE, "--nonsense"], [EXAMPLE, "-o"],
                           [EXAMPLE, "-o", "out.xyz"], [EXAMPLE, "-o", output, "-f", "shape"], [""],
                           [EXAMPLE, "-o", output, "-f", "0"], [EXAMPLE, "-o", ""],
-                          [EXAMPLE, "-o", "json"], [EXAMPLE, "-f", "json"]):
+                          [EXAMPLE, "-o", "json"], [EXAMPLE, "-f", "json"],
+                          [EXAMPLE, "-o", "-", "-f", "gpkg"], [EXAMPLE, "-o", "-", "-f", "gmns"]):
             with self.subTest(arguments=arguments):
                 self.assert_fails(run(*arguments), 2)
         self.assertFalse(output.exists())
@@ -137,13 +139,42 @@ class CommandLine(unittest.TestCase):
                 done = subprocess.run([PROGRAM, argument], stdout=full, stderr=subprocess.PIPE)
                 self.assertEqual(done.returncode, 1)
 
+    def test_an_existing_folder_is_kept_unless_told_otherwise(self):
+        for ending, names in (("gmns", ["config.csv", "link.csv", "node.csv"]),
+                              ("fgb", ["nodes.fgb", "roads.fgb"])):
+            folder = self.folder / f"town.{ending}"
+            run(EXAMPLE, "-o", f"{folder}/")
+            self.assertEqual(sorted(os.listdir(folder)), names)
+            self.assert_fails(run(self.file("empty.osm"), "-o", folder), 1, "--overwrite")
+            old = (folder / names[-1]).read_bytes()
+            folder.chmod(0o750)
+            link = self.folder / "link"
+            link.symlink_to(folder)
+            arguments = ["-f", ending, "--overwrite"]
+            done = run(self.file("empty.osm"), "-o", link, *arguments)
+            self.assertEqual((done.returncode, done.stderr), (0, b""))
+            self.assertNotEqual((folder / names[-1]).read_bytes(), old)
+            self.assertEqual(folder.stat().st_mode & 0o777, 0o750)
+            link.unlink()
+            (folder / "precious").touch()
+            self.assert_fails(run(EXAMPLE, "-o", folder, *arguments), 1, '"precious"', "lost")
+            self.assertEqual(sorted(os.listdir(folder)), sorted([*names, "precious"]))
+            file = self.file("file")
+            self.assert_fails(run(EXAMPLE, "-o", file, *arguments), 1, "is not a directory")
+            file.unlink()
+        self.assert_fails(run(EXAMPLE, "-o", self.folder, "-f", "gpkg"), 1, "is a directory")
+        self.assert_fails(run(EXAMPLE, "-o", "/dev/null", "-f", "gpkg"), 1, "not a regular file")
+        self.assertEqual(sorted(os.listdir(self.folder)), ["empty.osm", "town.fgb", "town.gmns"])
+
     def test_a_failed_write_leaves_nothing(self):
         def limit_file_size():
             resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
 
-        done = run(EXAMPLE, "-o", self.folder / "out.json", preexec_fn=limit_file_size)
-        self.assert_fails(done, 1, "File too large")
-        self.assertEqual(os.listdir(self.folder), [])
+        for ending in ENDINGS:
+            output = self.folder / f"out.{ending}"
+            done = run(EXAMPLE, "-o", output, preexec_fn=limit_file_size)
+            self.assert_fails(done, 1, str(output), "can't write")
+            self.assertEqual(os.listdir(self.folder), [])
 
     def chain(self, ways):
         """A large file: roads that all join into one."""
@@ -153,9 +184,11 @@ class CommandLine(unittest.TestCase):
 
     def test_an_interrupt_leaves_nothing(self):
         source = self.chain(50_000)
-        for number in (signal.SIGINT, signal.SIGTERM):
-            process = subprocess.Popen([PROGRAM, source, "-o", self.folder / "out.json"])
-            while not list(self.folder.glob(".osm2roadnet-*")):
+        for number, ending in ((signal.SIGINT, "json"), (signal.SIGTERM, "gmns"),
+                               (signal.SIGHUP, "gpkg"), (signal.SIGQUIT, "fgb")):
+            process = subprocess.Popen([PROGRAM, source, "-o", self.folder / f"out.{ending}"])
+            # Not before there is something to leave: a file, or files in a folder.
+            while not list(self.folder.glob(".osm2roadnet-*" + ("" if ending == "json" else "/*"))):
                 self.assertIsNone(process.poll())
             process.send_signal(number)
             self.assertEqual(process.wait(60), -number)
@@ -164,9 +197,11 @@ class CommandLine(unittest.TestCase):
     def test_a_closed_pipe_ends_quietly(self):
         reading, writing = os.pipe()
         os.close(reading)
-        done = subprocess.run([PROGRAM, EXAMPLE, "-o", "-"], stdout=writing, stderr=subprocess.PIPE)
+        for name in ("json", "geojson", "geojsonl", "graphml"):
+            done = subprocess.run([PROGRAM, EXAMPLE, "-o", "-", "-f", name], stdout=writing,
+                                  stderr=subprocess.PIPE)
+            self.assertEqual((done.returncode, done.stderr), (-signal.SIGPIPE, b""))
         os.close(writing)
-        self.assertEqual((done.returncode, done.stderr), (-signal.SIGPIPE, b""))
 
     def test_a_small_stack_suffices(self):
         def limit_stack():

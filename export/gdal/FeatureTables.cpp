@@ -64,7 +64,7 @@ class GdalTables final : public FeatureTables {
                        {"start_node", OFTInteger64},
                        {"end_node", OFTInteger64},
                        {"length", OFTReal},
-                       {"way_ids", OFTString}});
+                       {"osm_way_ids", OFTString}});
     node_.reset(OGRFeature::CreateFeature(nodes_->GetLayerDefn()));
     road_.reset(OGRFeature::CreateFeature(roads_->GetLayerDefn()));
     node_->SetGeometryDirectly(new OGRPoint(0.0, 0.0, 0.0));
