@@ -1,22 +1,13 @@
-#!/usr/bin/env python3
 """Second, independent implementation of the road network import.
 
-    reference_import.py INPUT OUTPUT.json
-
-Reads OpenStreetMap XML (plain, .gz, .bz2) or PBF and writes the network in the
-`json` format of osm2roadnet. It is plain rather than fast, shares no code with
-the importer and uses the standard library only, so that a fault is unlikely to
-stand in both. It expects intact files: refusing broken ones is not its task.
+It is plain rather than fast and shares no code with the importer, so that a fault is unlikely to
+stand in both.
 """
 
-import json
 import math
 import re
-import sys
 from collections import Counter
 from dataclasses import dataclass, field
-
-from osm_file import read_osm
 
 # --- the network --------------------------------------------------------------
 
@@ -68,10 +59,10 @@ class Road:
 def import_network(data):
     """Nodes by unsigned id and Roads by id, both in ascending order."""
     ways = select_ways(data)
-    junctions = find_junctions(ways)
+    junctions = find_junctions([data.references[way] for way in ways])
     nodes = {}
     for osm_id in sorted(junctions, key=unsigned):
-        position = [*data.nodes[osm_id], 0.0]
+        position = [*data.positions[osm_id], 0.0]
         nodes[unsigned(osm_id)] = Node(unsigned(osm_id), str(osm_id), position)
     roads = cut_roads(ways, junctions, nodes, data)
     chain_roads(nodes, roads)
@@ -86,36 +77,35 @@ def unsigned(osm_id):
 
 def select_ways(data):
     """Ways with a road value of "highway" and at least two nodes, none missing; by id."""
-    selected = [
+    return sorted(
         way
-        for way in data.ways.values()
-        if way.tags.get("highway") in HIGHWAY_TYPES
-        and len(way.refs) >= 2
-        and all(ref in data.nodes for ref in way.refs)
-    ]
-    return sorted(selected, key=lambda way: way.id)
+        for way, references in data.references.items()
+        if data.tags[way].get("highway") in HIGHWAY_TYPES
+        and len(references) >= 2
+        and all(node in data.positions for node in references)
+    )
 
 
-def find_junctions(ways):
+def find_junctions(lines):
     """Every way end, and every node that lies inside ways more than once."""
-    ends = {way.refs[i] for way in ways for i in (0, -1)}
-    uses = Counter(ref for way in ways for ref in way.refs[1:-1])
-    return ends | {ref for ref, count in uses.items() if count > 1}
+    ends = {line[i] for line in lines for i in (0, -1)}
+    uses = Counter(node for line in lines for node in line[1:-1])
+    return ends | {node for node, count in uses.items() if count > 1}
 
 
 def cut_roads(ways, junctions, nodes, data):
     """One Road per piece of a way between junctions, numbered from 1."""
     roads = {}
     for way in ways:
-        name = way.tags.get("name", str(way.id))
-        direction = ONEWAY_DIRECTIONS.get(way.tags.get("oneway"), BOTH)
-        cuts = [i for i, ref in enumerate(way.refs) if ref in junctions]
+        tags, line = data.tags[way], data.references[way]
+        direction = ONEWAY_DIRECTIONS.get(tags.get("oneway"), BOTH)
+        cuts = [i for i, node in enumerate(line) if node in junctions]
         for first, last in zip(cuts, cuts[1:]):
-            refs = way.refs[first : last + 1]
-            x, y = (list(axis) for axis in zip(*(data.nodes[ref] for ref in refs)))
-            road = Road(len(roads) + 1, name, direction, [way.id], x, y)
-            road.set_start(nodes[unsigned(refs[0])])
-            road.set_end(nodes[unsigned(refs[-1])])
+            piece = line[first : last + 1]
+            x, y = (list(axis) for axis in zip(*(data.positions[node] for node in piece)))
+            road = Road(len(roads) + 1, tags.get("name", str(way)), direction, [way], x, y)
+            road.set_start(nodes[unsigned(piece[0])])
+            road.set_end(nodes[unsigned(piece[-1])])
             roads[road.id] = road
     return roads
 
@@ -198,7 +188,7 @@ def assign_elevations(nodes, roads, data):
     """Roads from the layers of their ways, Nodes from their roads, then profiles."""
     road_elevations = {
         road.id: mean(
-            [LAYER_HEIGHT * read_number(data.ways[i].tags.get("layer", "")) for i in road.way_ids]
+            [LAYER_HEIGHT * read_number(data.tags[i].get("layer", "")) for i in road.way_ids]
         )
         for road in roads.values()
     }
@@ -216,12 +206,11 @@ def assign_elevations(nodes, roads, data):
 # --- output ---------------------------------------------------------------------
 
 
-def describe(limits, nodes, roads):
-    """The network as the dictionaries and lists of the `json` format."""
-    if limits:
-        latitude, longitude = (limits[0] + limits[1]) * 0.5, (limits[2] + limits[3]) * 0.5
-    else:
-        latitude, longitude = (mean([n.position[i] for n in nodes.values()]) for i in (0, 1))
+def network_of(data):
+    """The network as the dictionaries and lists of the `json` format, NaN as None."""
+    nodes, roads = import_network(data)
+    limits = data.limits()
+    latitude, longitude = (limits[0] + limits[1]) * 0.5, (limits[2] + limits[3]) * 0.5
     return {
         "limits": limits,
         "geoReference": {"latitude": latitude, "longitude": longitude, "altitude": 0.0},
@@ -243,14 +232,13 @@ def describe_road(road):
     """A road with its one segment, which has the road's id, ends and centre line."""
     ends = {"startNode": road.start.id, "endNode": road.end.id}
     centers = {"centersX": road.x, "centersY": road.y}
-    count = len(road.x)
     segment = {
         "id": road.id,
         **ends,
         **centers,
         "elevations": road.elevations,
-        "bankingAngles": [0.0] * count,
-        "headings": [math.nan] * count,
+        "bankingAngles": [0.0] * len(road.x),
+        "headings": [None] * len(road.x),
     }
     return {
         "id": road.id,
@@ -261,29 +249,3 @@ def describe_road(road):
         **centers,
         "segments": [segment],
     }
-
-
-def to_json(value):
-    """JSON text in which every finite double reads back exactly and NaN is null."""
-    if isinstance(value, dict):
-        return "{" + ", ".join(f"{json.dumps(k)}: {to_json(v)}" for k, v in value.items()) + "}"
-    if isinstance(value, list):
-        return "[" + ", ".join(map(to_json, value)) + "]"
-    if isinstance(value, float) and math.isnan(value):
-        return "null"
-    if isinstance(value, float) and math.isinf(value):
-        return "1e999" if value > 0 else "-1e999"
-    return json.dumps(value, ensure_ascii=False)
-
-
-def main():
-    if len(sys.argv) != 3:
-        sys.exit("usage: reference_import.py INPUT OUTPUT.json")
-    data = read_osm(sys.argv[1])
-    text = to_json(describe(data.limits(), *import_network(data)))
-    with open(sys.argv[2], "w", encoding="utf-8", newline="\n") as output:
-        output.write(text + "\n")
-
-
-if __name__ == "__main__":
-    main()
