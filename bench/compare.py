@@ -1,9 +1,10 @@
-"""compare.py PROGRAM FILE... [--runs N]: the whole import against tools that read or import the same.
+"""compare.py PROGRAM FILE... [--runs N] [--formats]: what an import costs, and what an output does.
 
-Runs the program and each peer that is installed by turns and prints, for each pair, the medians of
-CPU time and peak memory and the median of the ratio of CPU times, run by run: a ratio holds where
-the speed of the machine drifts, a bare time does not. Peers: osmium fileinfo -e (osmium-tool, reads
-only), planetsplitter (routino), netconvert (sumo); all of them Debian packages.
+Runs two commands by turns and prints, for each pair, the medians of CPU time and peak memory and the
+median of the ratio of CPU times, run by run: a ratio holds where the speed of the machine drifts, a
+bare time does not. The whole import is held against tools that read or import the same, if they are
+installed: osmium fileinfo -e (osmium-tool, reads only), planetsplitter (routino), netconvert (sumo);
+all of them Debian packages. With --formats, an import with each output is held against one without.
 """
 import argparse
 import os
@@ -12,6 +13,9 @@ import shutil
 import statistics
 import subprocess
 import tempfile
+
+
+FORMATS = ["json", "geojson", "geojsonl", "gpkg", "fgb", "gmns", "graphml"]
 
 
 def peers(source, folder):
@@ -39,21 +43,28 @@ def main():
     arguments.add_argument("program")
     arguments.add_argument("files", nargs="+")
     arguments.add_argument("--runs", type=int, default=7)
+    arguments.add_argument("--formats", action="store_true")
     options = arguments.parse_args()
-    row = "{:<34} {:<20} {:>8} {:>8} {:>8} {:>8}"
-    print(row.format("file", "peer", "ours s", "peer s", "ratio", "ours MiB"))
+    row = "{:<30} {:<20} {:>8} {:>8} {:>8} {:>8} {:>8}"
+    print(row.format("file", "peer", "ours s", "peer s", "ratio", "ours MiB", "peer MiB"))
     for source in options.files:
-        ours = [options.program, source, "--quiet"]
+        bare = [options.program, source, "--quiet"]
         with tempfile.TemporaryDirectory() as folder:
-            for name, command in peers(source, folder).items():
-                measure(ours), measure(command)  # to warm the caches
-                pairs = [(measure(ours), measure(command)) for _ in range(options.runs)]
+            if options.formats:
+                rows = [(f"{name} / none", [*bare, "-o", f"{folder}/out.{name}", "--overwrite"], bare)
+                        for name in FORMATS]
+            else:
+                rows = [(name, bare, peer) for name, peer in peers(source, folder).items()]
+            for name, ours, peer in rows:
+                measure(ours), measure(peer)  # to warm the caches
+                pairs = [(measure(ours), measure(peer)) for _ in range(options.runs)]
                 median = lambda values: statistics.median(values)
                 print(row.format(pathlib.Path(source).name, name,
                                  f"{median(a[0] for a, _ in pairs):.3f}",
                                  f"{median(b[0] for _, b in pairs):.3f}",
                                  f"{median(a[0] / b[0] for a, b in pairs):.2f}",
-                                 f"{median(a[1] for a, _ in pairs):.1f}"))
+                                 f"{median(a[1] for a, _ in pairs):.1f}",
+                                 f"{median(b[1] for _, b in pairs):.1f}"), flush=True)
 
 
 if __name__ == "__main__":

@@ -29,10 +29,11 @@ std::string isFormat(std::string const& name) {
 std::string listOfFormats() {
   std::ostringstream list;
   for (Format const& format : formats()) {
-    std::string endings;
-    for (std::string_view const ending : format.endings) endings += " ." + std::string(ending);
-    list << "  " << std::left << std::setw(10) << format.name() << std::setw(18) << endings
-         << format.description << '\n';
+    std::string names;
+    for (std::string_view const ending : format.endings) {
+      names += (names.empty() ? "" : ", ") + std::string(ending);
+    }
+    list << "  " << std::left << std::setw(18) << names << format.description << '\n';
   }
   return list.str();
 }
@@ -50,7 +51,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   CLI::App app("Imports an OpenStreetMap file and builds a road network from it.", "osm2roadnet");
   app.set_version_flag("--version", "osm2roadnet " OSM2ROADNET_VERSION);
   app.get_formatter()->column_width(28);
-  app.footer("Formats, and the endings that ask for them:\n" + listOfFormats() +
+  app.footer("Formats, which an ending of the same name asks for, too:\n" + listOfFormats() +
              "\nWithout --output, a summary of the network goes to standard output.\n"
              "Exit status: 0 done, 1 the import or the writing failed, 2 wrong arguments.\n");
   app.add_option("INPUT", options.input,
@@ -62,7 +63,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
                                   ->type_name("FILE");
   std::string formatName(formats().front().name());
   CLI::Option const* const format =
-      app.add_option("-f,--format", formatName, "as below; default: what the output's ending says")
+      app.add_option("-f,--format", formatName, "one of those below; default: what FILE ends in")
           ->check(isFormat)
           ->type_name("FORMAT")
           ->needs(output);
@@ -82,7 +83,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     bool const byEnding = options.output && format->empty() && *options.output != "-";
     options.format = byEnding ? &formatOf(*options.output) : findFormat(formatName);
     if (options.output == "-" && !options.format->isStream()) {
-      throw CLI::ValidationError("--output", "standard output can't take " + formatName);
+      throw CLI::ValidationError("--output", formatName + " can't go to standard output");
     }
     return options;
   } catch (CLI::CallForHelp const&) {
