@@ -66,9 +66,8 @@ struct OuterEnd {
   std::size_t join = 0;
 };
 
-// Roads that are joined so far. The one with the smallest id stays.
+// Roads that are joined so far. The one with the smallest id stays; its number is the chain's.
 struct Chain {
-  std::size_t survivor;
   double weight;
   std::optional<JoinedName> name;  // of more than one road
   std::array<OuterEnd, 2> outerEnds;
@@ -111,7 +110,7 @@ class ChainPlan {
   // Makes all that is to be put into the network, and room for it.
   void prepare() {
     for (std::size_t i = 0; i < roads_.size(); ++i) {
-      if (parents_[i] == i && chains_[i].name) prepareChain(chains_[i]);
+      if (parents_[i] == i && chains_[i].name) prepareChain(i);
     }
     // In this order each Node's collections end up as if the joins were made one after the other.
     std::sort(moves_.begin(), moves_.end(),
@@ -170,24 +169,23 @@ class ChainPlan {
       std::size_t const number = roads_.size();
       roads_.push_back(road);
       parents_.push_back(number);
-      chains_.push_back({number, road->getWeight(), {}, {{{{number, start}}, {{number, end}}}}});
+      chains_.push_back({road->getWeight(), {}, {{{{number, start}}, {{number, end}}}}});
       joins_.push_back({{{{none, start}, false}, {{none, start}, false}}});
     }
     return entry->second;
   }
 
-  // The root of the road's tree, which shrinks on the way.
+  // The number of the road's chain: the root of the road's tree, which shrinks on the way.
   std::size_t chainOf(std::size_t road) noexcept {
     while (parents_[road] != road) road = parents_[road] = parents_[parents_[road]];
     return road;
   }
-  unsigned long survivorId(std::size_t chain) const {
-    return roads_[chains_[chain].survivor]->getID();
-  }
+  unsigned long survivorId(std::size_t chain) const { return roads_[chain]->getID(); }
 
-  JoinedName& nameOf(Chain& chain) const {
-    if (!chain.name) chain.name.emplace(roads_[chain.survivor]->getName());
-    return *chain.name;
+  JoinedName& nameOf(std::size_t chain) {
+    std::optional<JoinedName>& name = chains_[chain].name;
+    if (!name) name.emplace(roads_[chain]->getName());
+    return *name;
   }
 
   // The first grows by the second, beyond the node where `aEnd` and `bEnd` meet.
@@ -196,7 +194,7 @@ class ChainPlan {
     Chain& b = chains_[bNumber];
     a.weight += b.weight;
     // By id, not by place along the road: the later part may be named first.
-    nameOf(a).join(nameOf(b));
+    nameOf(aNumber).join(nameOf(bNumber));
     b.name.reset();
     RoadEnd const farEnd = b.outerEnds[b.outerEnds[0].end == bEnd ? 1 : 0].end;
     a.outerEnds[a.outerEnds[0].end == aEnd ? 0 : 1] = {farEnd, joinedNodes_.size()};
@@ -204,12 +202,12 @@ class ChainPlan {
   }
 
   // From one outer end to the other, in the direction of the surviving road.
-  std::vector<Piece> piecesOf(Chain const& chain) const {
+  std::vector<Piece> piecesOf(std::size_t chain) const {
     std::vector<Piece> pieces;
     bool reversed = false;
-    for (RoadEnd at = chain.outerEnds[0].end; at.road != none;) {
+    for (RoadEnd at = chains_[chain].outerEnds[0].end; at.road != none;) {
       pieces.push_back({at.road, at.side == end});
-      if (at.road == chain.survivor) reversed = pieces.back().reversed;
+      if (at.road == chain) reversed = pieces.back().reversed;
       at = joins_[at.road][otherSide(at.side)].to;
     }
     if (reversed) {
@@ -241,16 +239,17 @@ class ChainPlan {
     return line;
   }
 
-  void prepareChain(Chain const& chain) {
-    std::vector<Piece> const pieces = piecesOf(chain);
-    results_.push_back({chain.survivor, joinLines(pieces, &RoadImpl::getCentersX),
+  void prepareChain(std::size_t number) {
+    Chain const& chain = chains_[number];
+    std::vector<Piece> const pieces = piecesOf(number);
+    results_.push_back({number, joinLines(pieces, &RoadImpl::getCentersX),
                         joinLines(pieces, &RoadImpl::getCentersY), chain.weight,
                         chain.name->text()});
     for (OuterEnd const& outer : chain.outerEnds) {
       if (outer.join == 0) continue;
       bool const isFirst = outer.end.road == pieces.front().road &&
                            outer.end.side == (pieces.front().reversed ? end : start);
-      moves_.push_back({outer.join, chain.survivor, isFirst ? start : end,
+      moves_.push_back({outer.join, number, isFirst ? start : end,
                         nodeAt(roads_[outer.end.road], outer.end.side)});
     }
   }
