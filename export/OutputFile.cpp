@@ -21,7 +21,5 @@ OutputFile::OutputFile(std::string const& name, bool overwrite) {
 
 void OutputFile::commit() {
   file_->close();
-  if (!name_) return;
-  name_->give(temporary_.path());
-  temporary_.release();
+  if (name_) name_->give(temporary_.path());
 }

@@ -31,5 +31,4 @@ BufferedFile OutputFolder::make(std::string_view file) const {
 
 void OutputFolder::commit() {
   name_.give(isOneFile_ ? path() : temporary_.path());
-  if (!isOneFile_) temporary_.release();
 }

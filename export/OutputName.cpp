@@ -31,15 +31,13 @@ bool renameAndKeep(char const* from, char const* to) {
   return std::rename(from, to) == 0;
 }
 
-// A folder that holds something takes two steps where a file system can't exchange names.
+// What was there has the other name then, or is gone. A folder that holds something takes two steps
+// where a file system can't exchange names.
 bool renameAndReplace(char const* from, char const* to) {
   if (std::rename(from, to) == 0) return true;
   if (errno != ENOTEMPTY && errno != EEXIST) return false;
+  if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_EXCHANGE) == 0) return true;
   std::error_code error;
-  if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_EXCHANGE) == 0) {
-    std::filesystem::remove_all(from, error);
-    return true;
-  }
   std::filesystem::remove_all(to, error);
   return !error && std::rename(from, to) == 0;
 }

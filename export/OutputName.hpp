@@ -19,7 +19,8 @@ class OutputName {
   std::string const& path() const noexcept { return path_; }
 
   /// Gives the name to a complete file or folder beside it, with the mode of what had it before or
-  /// else the usual one. What comes into being meanwhile is kept as well.
+  /// else the usual one. What came into being meanwhile is kept as well, unless `overwrite` is true.
+  /// A folder that had the name before may have that of `complete` then.
   void give(std::string const& complete) const;
 
  private:

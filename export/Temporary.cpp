@@ -114,10 +114,5 @@ void Temporary::registerPath() {
 Temporary::~Temporary() {
   if (path_.empty()) return;
   removePath(path_.c_str());
-  release();
-}
-
-void Temporary::release() noexcept {
   replaceUnfinished(path_.c_str(), nullptr);
-  path_.clear();
 }

@@ -3,8 +3,8 @@
 
 #include <string>
 
-/// An unfinished file, or a folder of unfinished files. It is removed in the end: by the
-/// destructor, or when a signal ends the program.
+/// An unfinished file, or a folder of unfinished files. What still has its name in the end is
+/// removed: by the destructor, or when a signal ends the program.
 class Temporary {
  public:
   Temporary() = default;  ///< nothing
@@ -18,8 +18,6 @@ class Temporary {
   void makeFolder(std::string const& name);
 
   std::string const& path() const noexcept { return path_; }
-  /// What was here has got a name of its own.
-  void release() noexcept;
 
  private:
   void registerPath();
