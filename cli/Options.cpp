@@ -1,9 +1,14 @@
 #include "cli/Options.hpp"
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
+#include <string>
+#include <system_error>
+
+#include "support/ustring.hpp"
 
 namespace {
 
@@ -21,7 +26,7 @@ Format const& formatOf(std::string const& output) {
   return *format;
 }
 
-std::string isFormat(std::string const& name) {
+std::string checkFormat(std::string const& name) {
   return findFormat(name) != nullptr ? "" : "there is no format \"" + name + "\"";
 }
 
@@ -36,6 +41,24 @@ std::string listOfFormats() {
     list << "  " << std::left << std::setw(18) << names << format.description << '\n';
   }
   return list.str();
+}
+
+// Neither output may replace the input or the other one.
+void refuseSameFiles(Options const& options) {
+  auto const place = [](std::string const& name) {
+    std::error_code error;
+    return name == "-" ? name : std::filesystem::weakly_canonical(name, error).string();
+  };
+  std::string const input = place(options.input);
+  if (options.output && place(*options.output) == input) {
+    throw CLI::ValidationError("--output", "the same as INPUT");
+  }
+  if (options.report && place(*options.report) == input) {
+    throw CLI::ValidationError("--report", "the same as INPUT");
+  }
+  if (options.output && options.report && place(*options.output) == place(*options.report)) {
+    throw CLI::ValidationError("--report", "the same as --output");
+  }
 }
 
 // Returns the exit status.
@@ -64,7 +87,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   std::string formatName(formats().front().name());
   CLI::Option const* const format =
       app.add_option("-f,--format", formatName, "one of those below; default: what FILE ends in")
-          ->check(isFormat)
+          ->check(checkFormat)
           ->type_name("FORMAT")
           ->needs(output);
   app.add_option("-r,--report", options.report,
@@ -77,9 +100,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     if (options.input.empty()) throw CLI::ValidationError("INPUT", "the name is empty");
     if (options.output == "") throw CLI::ValidationError("--output", "the name is empty");
     if (options.report == "") throw CLI::ValidationError("--report", "the name is empty");
-    if (options.output && options.output == options.report) {
-      throw CLI::ValidationError("--report", "the same as --output");
-    }
+    refuseSameFiles(options);
     bool const byEnding = options.output && format->empty() && *options.output != "-";
     options.format = byEnding ? &formatOf(*options.output) : findFormat(formatName);
     if (options.output == "-" && !options.format->isStream()) {
@@ -91,7 +112,8 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   } catch (CLI::CallForVersion const& version) {
     exitCode = print(std::string(version.what()) + '\n');
   } catch (CLI::ParseError const& error) {
-    std::cerr << "osm2roadnet: " << error.what() << "\nTry 'osm2roadnet --help'.\n";
+    std::cerr << "osm2roadnet: " << support::printable(error.what())
+              << "\nTry 'osm2roadnet --help'.\n";
     exitCode = wrongArguments;
   }
   return std::nullopt;

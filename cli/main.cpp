@@ -1,4 +1,7 @@
 // osm2roadnet: imports an OpenStreetMap file from the command line.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <boost/uuid/uuid.hpp>
 #include <chrono>
 #include <exception>
@@ -46,7 +49,10 @@ void import(Options const& options) {
   bool const wantsSummary = !output && options.report != "-" && !options.quiet;
   ImportReport report;
   if (reportFile || wantsSummary) report = reportOn(importer);
-  if (reportFile) writeReport(report, importer, reportFile->file());
+  if (reportFile) {
+    writeReport(report, importer, reportFile->file());
+    reportFile->complete();
+  }
   if (output) output->commit();
   if (reportFile) reportFile->commit();
   if (wantsSummary) {
@@ -54,6 +60,14 @@ void import(Options const& options) {
     std::cout.flush();
     if (!std::cout) throw std::runtime_error("standard output: can't write");
   }
+}
+
+// A file that takes the number of a closed standard stream would get what is meant for that.
+// Nothing can be written to this one.
+void occupyStandardStreams() {
+  int descriptor = 0;
+  while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDONLY);
+  if (descriptor >= 0) ::close(descriptor);
 }
 
 int fail(std::string const& message) {
@@ -64,6 +78,7 @@ int fail(std::string const& message) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  occupyStandardStreams();
   std::string input = "?";
   try {
     int exitCode = 0;

@@ -15,9 +15,18 @@ std::span<Format const> formats() {
       {{"json"}, "the whole network, nothing lost", Stream{writeJson}},
       {{"geojson"}, "GeoJSON", Stream{writeGeoJson}},
       {{"geojsonl", "ndjson"}, "newline-delimited GeoJSON", Stream{writeGeoJsonLines}},
-      {{"gpkg"}, "GeoPackage", Files{writeGeoPackage, {}}},
-      {{"fgb"}, "FlatGeobuf, a folder", Files{writeFlatGeobuf, flatGeobufFiles}},
-      {{"gmns"}, "GMNS, a folder of CSV", Files{writeGmns, gmnsFiles}},
+      {{"gpkg"},
+       "GeoPackage",
+       Files{writeGeoPackage, {geoPackageFile}, OutputFolder::Result::onlyFile, requireGdal}},
+      {{"fgb"},
+       "FlatGeobuf, a folder",
+       Files{writeFlatGeobuf,
+             {flatGeobufNodes, flatGeobufRoads},
+             OutputFolder::Result::folder,
+             requireGdal}},
+      {{"gmns"},
+       "GMNS, a folder of CSV",
+       Files{writeGmns, {gmnsConfig, gmnsLinks, gmnsNodes}, OutputFolder::Result::folder}},
       {{"graphml"}, "GraphML", Stream{writeGraphMl}},
   };
   return all;
@@ -31,28 +40,32 @@ Format const* findFormat(std::string_view ending) {
   return nullptr;
 }
 
-NetworkExport::NetworkExport(Format const& format, std::string const& name, bool overwrite)
-    : format_(format) {
-  if (auto const* const files = std::get_if<Format::Files>(&format.output)) {
-    output_.emplace<OutputFolder>(name, overwrite, files->names);
-  } else {
-    output_.emplace<OutputFile>(name, overwrite);
-  }
+namespace {
+
+std::variant<OutputFile, OutputFolder> makeOutput(Format const& format, std::string const& name,
+                                                  bool overwrite) {
+  using Output = std::variant<OutputFile, OutputFolder>;
+  auto const* const files = std::get_if<Format::Files>(&format.output);
+  if (files == nullptr) return Output(std::in_place_type<OutputFile>, name, overwrite);
+  if (files->require != nullptr) files->require();
+  return Output(std::in_place_type<OutputFolder>, name, overwrite, files->names, files->result);
 }
 
+}  // namespace
+
+NetworkExport::NetworkExport(Format const& format, std::string const& name, bool overwrite)
+    : format_(format), output_(makeOutput(format, name, overwrite)) {}
+
 void NetworkExport::write(RoadNetworkImporter const& importer, Progress const& progress) {
-  if (auto const* const files = std::get_if<Format::Files>(&format_.output)) {
-    files->write(importer, std::get<OutputFolder>(output_), progress);
+  if (auto* const file = std::get_if<OutputFile>(&output_)) {
+    std::get<Format::Stream>(format_.output).write(importer, file->file(), progress);
+    file->complete();
   } else {
-    std::get<Format::Stream>(format_.output)
-        .write(importer, std::get<OutputFile>(output_).file(), progress);
+    std::get<Format::Files>(format_.output)
+        .write(importer, std::get<OutputFolder>(output_), progress);
   }
 }
 
 void NetworkExport::commit() {
-  if (auto* const folder = std::get_if<OutputFolder>(&output_)) {
-    folder->commit();
-  } else {
-    std::get<OutputFile>(output_).commit();
-  }
+  std::visit([](auto& output) { output.commit(); }, output_);
 }

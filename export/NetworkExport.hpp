@@ -14,14 +14,15 @@
 class RoadNetworkImporter;
 
 struct Format {
-  /// What it writes: a stream of bytes, which can go to standard output; or files by their names,
-  /// in a folder of these or, where there are none, a file with the name of the output.
+  /// What it writes: a stream of bytes, which can go to standard output; or files by their names.
   struct Stream {
     void (*write)(RoadNetworkImporter const&, BufferedFile&, Progress const&);
   };
   struct Files {
     void (*write)(RoadNetworkImporter const&, OutputFolder const&, Progress const&);
     std::vector<std::string_view> names;
+    OutputFolder::Result result;
+    void (*require)() = nullptr;  ///< throws when the format can't be written
   };
 
   std::vector<std::string_view> endings;  ///< of file names; the first is the format's name, too
@@ -44,12 +45,13 @@ class NetworkExport {
   /// and `overwrite` is false. `name` may be "-", for standard output, if the format is a stream.
   NetworkExport(Format const& format, std::string const& name, bool overwrite);
 
-  /// The importer must have run. Writes element by element. Throws std::runtime_error.
+  /// The importer must have run. Writes element by element, and completes the output but for its
+  /// name. Throws std::runtime_error.
   void write(RoadNetworkImporter const& importer, Progress const& progress);
-  /// The output takes its name, complete. Without this, what there was stays as it was.
+  /// The output takes its name. Without this, what there was stays as it was.
   void commit();
 
  private:
   Format const& format_;
-  std::variant<std::monostate, OutputFile, OutputFolder> output_;
+  std::variant<OutputFile, OutputFolder> output_;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "export/NumberText.hpp"
 #include "export/roadLength.hpp"

@@ -20,6 +20,5 @@ OutputFile::OutputFile(std::string const& name, bool overwrite) {
 }
 
 void OutputFile::commit() {
-  file_->close();
   if (name_) name_->give(temporary_.path());
 }

@@ -16,6 +16,8 @@ class OutputFile {
   OutputFile(std::string const& name, bool overwrite);
 
   BufferedFile& file() { return *file_; }
+  /// Writes what is left; then only the name is missing.
+  void complete() { file_->close(); }
   void commit();
 
  private:

@@ -1,33 +1,36 @@
-// An output that several files make up, or one file that a library writes by its name.
+// An output that is made of files which are written by their names.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "export/BufferedFile.hpp"
 #include "export/OutputName.hpp"
 #include "export/Temporary.hpp"
 
-/// The files are written to a folder beside the wanted name; that folder, or the one file in it,
+/// The files are written to a folder beside the wanted name; that folder, or the only file in it,
 /// takes the name when complete. All errors are std::runtime_error with the name in their text.
 class OutputFolder {
  public:
-  /// A folder of `files`, or with none of these a file of that name. Throws when it can't be made,
-  /// exists and `overwrite` is false, or exists and holds anything else.
-  OutputFolder(std::string const& name, bool overwrite, std::vector<std::string_view> const& files);
+  enum class Result { folder, onlyFile };
 
-  /// Where to write the file of that name, or the one file.
-  std::string path(std::string_view file = "") const;
-  /// The same for people.
-  std::string shownName(std::string_view file = "") const;
-  /// Makes the file of that name.
+  /// `files` are the names of those that will be written. Throws when the folder can't be made, or
+  /// the output exists and `overwrite` is false, or is a folder that holds anything else.
+  OutputFolder(std::string const& name, bool overwrite, std::span<std::string_view const> files,
+               Result result);
+
+  /// Where to write one of the files.
+  std::string path(std::string_view file) const { return temporary_.path() + '/' += file; }
+  /// Makes one of the files.
   BufferedFile make(std::string_view file) const;
+  /// The name of the output, for people.
+  std::string const& name() const noexcept { return name_.name(); }
 
   void commit();
 
  private:
   OutputName name_;
-  bool isOneFile_;
+  std::string onlyFile_;  // empty where the result is the folder
   Temporary temporary_;
 };

@@ -6,10 +6,10 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "export/BufferedFile.hpp"
 
@@ -19,27 +19,25 @@ constexpr mode_t usualFileMode = 0666;
 constexpr mode_t usualFolderMode = 0777;
 constexpr mode_t allPermissions = 07777;
 
+// Whether the file system lacks what renameat2 was asked to do.
+bool isUnsupported(int error) {
+  return error == EINVAL || error == ENOSYS;
+}
+
+bool rename(char const* from, char const* to, unsigned flags) {
+  return ::renameat2(AT_FDCWD, from, AT_FDCWD, to, flags) == 0;
+}
+
 // Also where a file system lacks the flag.
 bool renameAndKeep(char const* from, char const* to) {
-  if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
-  if (errno != EINVAL && errno != ENOSYS) return false;
+  if (rename(from, to, RENAME_NOREPLACE)) return true;
+  if (!isUnsupported(errno)) return false;
   struct stat status {};
   if (::lstat(to, &status) == 0) {
     errno = EEXIST;
     return false;
   }
-  return std::rename(from, to) == 0;
-}
-
-// What was there has the other name then, or is gone. A folder that holds something takes two steps
-// where a file system can't exchange names.
-bool renameAndReplace(char const* from, char const* to) {
-  if (std::rename(from, to) == 0) return true;
-  if (errno != ENOTEMPTY && errno != EEXIST) return false;
-  if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_EXCHANGE) == 0) return true;
-  std::error_code error;
-  std::filesystem::remove_all(to, error);
-  return !error && std::rename(from, to) == 0;
+  return rename(from, to, 0);
 }
 
 }  // namespace
@@ -47,26 +45,21 @@ bool renameAndReplace(char const* from, char const* to) {
 OutputName::OutputName(std::string name, bool overwrite)
     : OutputName(std::move(name), overwrite, S_IFREG, usualFileMode) {}
 
-OutputName::OutputName(std::string name, bool overwrite, std::vector<std::string_view> const& files)
-    : OutputName(std::move(name), overwrite, S_IFDIR, usualFolderMode) {
+OutputName::OutputName(std::string name, bool overwrite, std::span<std::string_view const> files)
+    : OutputName(name.substr(0, name.find_last_not_of('/') + 1), overwrite, S_IFDIR,
+                 usualFolderMode) {
+  files_.assign(files.begin(), files.end());
   if (!exists_) return;
-  for (auto const& entry : std::filesystem::directory_iterator(path_)) {
-    std::string const file = entry.path().filename().string();
-    if (std::find(files.begin(), files.end(), file) == files.end()) {
-      throw std::runtime_error(path_ + ": holds \"" + file + "\", which would be lost");
-    }
-  }
+  refuseOtherFiles(path_);
+  if (::access(path_.c_str(), W_OK | X_OK) != 0) throwCantWrite(name_);
 }
 
 OutputName::OutputName(std::string name, bool overwrite, unsigned kind, unsigned usualMode)
-    : path_(std::move(name)), overwrite_(overwrite) {
-  while (path_.size() > 1 && path_.back() == '/') path_.pop_back();
+    : name_(std::move(name)), path_(name_), overwrite_(overwrite) {
   struct stat status {};
   exists_ = ::stat(path_.c_str(), &status) == 0;
   if (!exists_) {
-    if (::lstat(path_.c_str(), &status) == 0) {
-      throw std::runtime_error(path_ + ": is a symbolic link to nothing");
-    }
+    if (::lstat(path_.c_str(), &status) == 0) fail("is a symbolic link to nothing");
     // What is unfinished is private; this is the mode that a plainly made one would have.
     mode_t const mask = ::umask(0);
     ::umask(mask);
@@ -74,18 +67,59 @@ OutputName::OutputName(std::string name, bool overwrite, unsigned kind, unsigned
     return;
   }
   if ((status.st_mode & S_IFMT) != kind) {
-    throw std::runtime_error(path_ + (S_ISDIR(status.st_mode) ? ": is a directory"
-                                      : kind == S_IFDIR       ? ": is not a directory"
-                                                              : ": is not a regular file"));
+    if (S_ISDIR(status.st_mode)) fail("is a directory");
+    fail(kind == S_IFDIR ? "is not a directory" : "is not a regular file");
   }
-  if (!overwrite_) throw std::runtime_error(path_ + ": exists already; --overwrite replaces it");
+  if (!overwrite_) fail("exists already; --overwrite replaces it");
   path_ = std::filesystem::canonical(path_).string();
   mode_ = status.st_mode & allPermissions;
 }
 
 void OutputName::give(std::string const& complete) const {
-  auto const rename = overwrite_ ? renameAndReplace : renameAndKeep;
-  if (::chmod(complete.c_str(), mode_) != 0 || !rename(complete.c_str(), path_.c_str())) {
-    throwCantWrite(path_);
+  files_.empty() ? giveToFile(complete.c_str()) : giveToFolder(complete.c_str());
+}
+
+void OutputName::giveToFile(char const* complete) const {
+  bool const isReady = ::chmod(complete, mode_) == 0;
+  char const* const path = path_.c_str();
+  if (!isReady || !(overwrite_ ? rename(complete, path, 0) : renameAndKeep(complete, path))) {
+    throwCantWrite(name_);
   }
+}
+
+void OutputName::giveToFolder(char const* complete) const {
+  char const* const path = path_.c_str();
+  if (!exists_) {
+    if (!renameAndKeep(complete, path)) throwCantWrite(name_);
+  } else {
+    if (!rename(complete, path, RENAME_EXCHANGE)) {
+      if (isUnsupported(errno)) fail("can't be replaced on this file system; remove it first");
+      throwCantWrite(name_);
+    }
+    try {
+      refuseOtherFiles(complete);
+    } catch (...) {
+      rename(complete, path, RENAME_EXCHANGE);
+      throw;
+    }
+  }
+  // Last: what is not writable could not be removed if anything failed.
+  if (::chmod(path, mode_) != 0) throwCantWrite(name_);
+}
+
+void OutputName::refuseOtherFiles(std::string const& folder) const {
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::string const file = entry->path().filename().string();
+    bool const isOurs = std::find(files_.begin(), files_.end(), file) != files_.end();
+    if (!isOurs || entry->symlink_status(error).type() == std::filesystem::file_type::directory) {
+      fail("holds \"" + file + "\", which would be lost");
+    }
+  }
+  if (error) fail("can't read: " + error.message());
+}
+
+void OutputName::fail(std::string const& reason) const {
+  throw std::runtime_error(name_ + ": " + reason);
 }

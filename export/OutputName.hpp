@@ -1,6 +1,7 @@
 // The name that an output takes when it is complete.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,23 +12,31 @@ class OutputName {
  public:
   /// For a file. Throws when there is a file already and `overwrite` is false, or something else.
   OutputName(std::string name, bool overwrite);
-  /// For a folder that will hold `files`. Throws like the former, and when there is a folder that
-  /// holds anything else: that would be lost.
-  OutputName(std::string name, bool overwrite, std::vector<std::string_view> const& files);
+  /// For a folder of `files`. Throws like the former, and when there is a folder that holds
+  /// anything else: that would be lost.
+  OutputName(std::string name, bool overwrite, std::span<std::string_view const> files);
 
-  /// The name, or what a link of that name leads to.
+  /// The name as it was given, for people.
+  std::string const& name() const noexcept { return name_; }
+  /// Where it is: what a link of that name leads to.
   std::string const& path() const noexcept { return path_; }
 
   /// Gives the name to a complete file or folder beside it, with the mode of what had it before or
-  /// else the usual one. What came into being meanwhile is kept as well, unless `overwrite` is true.
-  /// A folder that had the name before may have that of `complete` then.
+  /// else the usual one. A folder that had it before has the name `complete` then. Throws, and
+  /// changes nothing, when something came into being meanwhile that would be lost.
   void give(std::string const& complete) const;
 
  private:
   OutputName(std::string name, bool overwrite, unsigned kind, unsigned usualMode);
+  void giveToFile(char const* complete) const;
+  void giveToFolder(char const* complete) const;
+  void refuseOtherFiles(std::string const& folder) const;
+  [[noreturn]] void fail(std::string const& reason) const;
 
+  std::string name_;
   std::string path_;
   bool overwrite_;
+  std::vector<std::string_view> files_;  // of a folder
   bool exists_ = false;
   unsigned mode_ = 0;
 };

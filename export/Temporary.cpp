@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
+#include <utility>
 
 #include "export/BufferedFile.hpp"
 
@@ -59,7 +60,7 @@ extern "C" void removeUnfinished(int signal) {
   std::raise(signal);
 }
 
-constexpr std::array interrupts{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+constexpr std::array interrupts{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE};
 
 // Keeps interrupts off while something is there that they do not know of yet.
 class InterruptsBlocked {

@@ -7,4 +7,4 @@ inline constexpr char license[] = "ODbL-1.0";  // as SPDX names it
 inline constexpr char licenseUrl[] = "https://opendatacommons.org/licenses/odbl/1-0/";
 
 /// The EPSG code of WGS 84, latitude and longitude in degrees.
-inline constexpr char coordinateSystem[] = "EPSG:4326";
+inline constexpr char coordinateReferenceSystem[] = "EPSG:4326";

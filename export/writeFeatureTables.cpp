@@ -38,20 +38,27 @@ void namingTheOutput(OutputFolder const& folder, Write const& write) {
   try {
     write();
   } catch (std::runtime_error const& error) {
-    throw std::runtime_error(folder.shownName() + ": can't write: " + error.what());
+    throw std::runtime_error(folder.name() + ": can't write: " + error.what());
   }
 }
 
 }  // namespace
 
+void requireGdal() {
+  loadGdal();
+}
+
 void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& folder,
                      Progress const& progress) {
-  namingTheOutput(folder, [&] { write(importer, "GPKG", folder.path(), folder.path(), progress); });
+  namingTheOutput(folder, [&] {
+    write(importer, "GPKG", folder.path(geoPackageFile), folder.path(geoPackageFile), progress);
+  });
 }
 
 void writeFlatGeobuf(RoadNetworkImporter const& importer, OutputFolder const& folder,
                      Progress const& progress) {
   namingTheOutput(folder, [&] {
-    write(importer, "FlatGeobuf", folder.path("nodes.fgb"), folder.path("roads.fgb"), progress);
+    write(importer, "FlatGeobuf", folder.path(flatGeobufNodes), folder.path(flatGeobufRoads),
+          progress);
   });
 }

@@ -1,5 +1,6 @@
 #include "export/writeGeoJson.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -19,15 +20,17 @@ struct Position {
   double longitude;
   double latitude;
   double elevation;
-  bool operator==(Position const&) const = default;
 };
 using Line = std::vector<Position>;
 
 constexpr double antimeridian = 180.0;
 
+bool isSamePlace(Position const& one, Position const& other) {
+  return one.longitude == other.longitude && one.latitude == other.latitude;
+}
+
 bool crosses(Position const& from, Position const& to) {
-  return std::abs(to.longitude - from.longitude) > antimeridian &&
-         (std::abs(from.longitude) < antimeridian || std::abs(to.longitude) < antimeridian);
+  return std::abs(to.longitude - from.longitude) > antimeridian;
 }
 
 // Adds the place where the shorter way between the two crosses the antimeridian: to the line that
@@ -39,10 +42,10 @@ void cut(Position const& from, Position const& to, std::vector<Line>& lines) {
   double const share = before == 0.0 ? 0.0 : before / (before + after);
   Position place{side, std::lerp(from.latitude, to.latitude, share),
                  std::lerp(from.elevation, to.elevation, share)};
-  if (place != from) lines.back().push_back(place);
+  if (!isSamePlace(place, from)) lines.back().push_back(place);
   place.longitude = -side;
   lines.emplace_back();
-  if (place != to) lines.back().push_back(place);
+  if (!isSamePlace(place, to)) lines.back().push_back(place);
 }
 
 std::vector<Line> linesOf(RoadRow const& road) {
@@ -56,7 +59,8 @@ std::vector<Line> linesOf(RoadRow const& road) {
     lines.back().push_back(position);
   }
   // A road that only touches it leaves a single point on the other side.
-  if (lines.size() > 1) std::erase_if(lines, [](Line const& line) { return line.size() < 2; });
+  auto const isPoint = [](Line const& line) { return line.size() < 2; };
+  if (!std::all_of(lines.begin(), lines.end(), isPoint)) std::erase_if(lines, isPoint);
   return lines;
 }
 
@@ -82,7 +86,7 @@ class GeoJsonWriter {
     member("attribution", attribution);
     member("license", license);
     member("licenseUrl", licenseUrl);
-    member("coordinateSystem", "WGS 84; longitude, latitude in degrees, metres above the ground");
+    member("coordinateReferenceSystem", "WGS 84 (EPSG:4326), longitude before latitude");
     json_.raw(",\n \"features\": [");
     features("\n  ", ",\n  ", "");
     json_.raw("]}\n");

@@ -47,14 +47,14 @@ void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder,
                Progress const& progress) {
   NetworkWalk walk(importer.roadNetwork, progress);
 
-  BufferedFile config = folder.make("config.csv");
+  BufferedFile config = folder.make(gmnsConfig);
   line(config, "dataset_name", "short_length", "long_length", "speed", "crs",
        "geometry_field_format", "id_type", "attribution", "license");
-  line(config, "road network", "m", "m", "kph", coordinateSystem, "WKT", "integer", attribution,
-       license);
+  line(config, "road network", "m", "m", "kph", coordinateReferenceSystem, "WKT", "integer",
+       attribution, license);
   config.close();
 
-  BufferedFile nodes = folder.make("node.csv");
+  BufferedFile nodes = folder.make(gmnsNodes);
   line(nodes, "node_id", "x_coord", "y_coord", "z_coord");
   walk.forEachNode([&](Node const& node) {
     NodeRow const row = nodeRow(node);
@@ -62,7 +62,7 @@ void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder,
   });
   nodes.close();
 
-  BufferedFile links = folder.make("link.csv");
+  BufferedFile links = folder.make(gmnsLinks);
   line(links, "link_id", "name", "from_node_id", "to_node_id", "directed", "dir_flag", "length",
        "facility_type", "road_id", "osm_way_ids", "geometry");
   std::int64_t linkId = 0;

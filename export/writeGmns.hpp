@@ -3,15 +3,15 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
 #include "export/NetworkWalk.hpp"
 #include "export/OutputFolder.hpp"
 
 class RoadNetworkImporter;
 
-/// What writeGmns puts into the folder.
-inline std::vector<std::string_view> const gmnsFiles{"config.csv", "link.csv", "node.csv"};
+inline constexpr std::string_view gmnsConfig = "config.csv";
+inline constexpr std::string_view gmnsLinks = "link.csv";
+inline constexpr std::string_view gmnsNodes = "node.csv";
 
 /// CSV (RFC 4180, lines ending in a line feed), UTF-8. Links are directed: a two-way road is two of
 /// them, one each way, with the same road_id. Lengths are metres; geometry is well-known text,

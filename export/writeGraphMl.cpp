@@ -26,7 +26,7 @@ constexpr Key keys[] = {
     {"x", "node", "double"},
     {"y", "node", "double"},
     {"elevation", "node", "double"},
-    {"road", "edge", "long"},
+    {"road_id", "edge", "long"},
     {"name", "edge", "string"},
     {"highway", "edge", "string"},
     {"length", "edge", "double"},
@@ -77,7 +77,7 @@ class GraphMlWriter {
     file_.write("<graph edgedefault=\"directed\">\n");
     data("attribution", attribution);
     data("license", license);
-    data("crs", coordinateSystem);
+    data("crs", coordinateReferenceSystem);
     NetworkWalk walk(importer_.roadNetwork, progress);
     walk.forEachNode([&](Node const& node) { writeNode(nodeRow(node)); });
     walk.forEachRoad([&](Road const& road) {
@@ -106,7 +106,7 @@ class GraphMlWriter {
     file_.write("\" target=\"");
     file_.write(NumberText(edge.to));
     file_.write("\">\n");
-    data("road", NumberText(road.id));
+    data("road_id", NumberText(road.id));
     if (!road.name.empty()) data("name", escaped(road.name));
     data("highway", escaped(road.highway));
     data("length", NumberText(road.length));

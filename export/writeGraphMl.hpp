@@ -8,7 +8,7 @@ class RoadNetworkImporter;
 
 /// A directed graph. A node's id is its OSM id; its x and y, which Gephi takes for its place, are
 /// longitude and latitude in degrees. A two-way road is two edges, one each way, with the same
-/// "road"; geometry is well-known text from the edge's source to its target. What is
+/// road_id; geometry is well-known text from the edge's source to its target. What is
 /// empty or not finite is left out. Characters that XML can't hold become U+FFFD.
 void writeGraphMl(RoadNetworkImporter const& importer, BufferedFile& file,
                   Progress const& progress);

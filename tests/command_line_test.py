@@ -3,6 +3,7 @@ import json
 import os
 import pathlib
 import resource
+import shutil
 import signal
 import subprocess
 import sys
@@ -47,7 +48,10 @@ class CommandLine(unittest.TestCase):
                           [EXAMPLE, "-o", "out.xyz"], [EXAMPLE, "-o", output, "-f", "shape"], [""],
                           [EXAMPLE, "-o", output, "-f", "0"], [EXAMPLE, "-o", ""],
                           [EXAMPLE, "-o", "json"], [EXAMPLE, "-f", "json"],
-                          [EXAMPLE, "-o", "-", "-f", "gpkg"], [EXAMPLE, "-o", "-", "-f", "gmns"]):
+                          [EXAMPLE, "-o", "-", "-f", "gpkg"], [EXAMPLE, "-o", "-", "-f", "gmns"],
+                          [EXAMPLE, "-o", "a\n\033[31m"], [EXAMPLE, "-r", EXAMPLE, "--overwrite"],
+                          [EXAMPLE, "-o", f"{EXAMPLE.parent}/../examples/{EXAMPLE.name}", "-fjson"],
+                          [EXAMPLE, "-o", output, "-r", f"{self.folder}/./out.json"]):
             with self.subTest(arguments=arguments):
                 self.assert_fails(run(*arguments), 2)
         self.assertFalse(output.exists())
@@ -159,12 +163,50 @@ class CommandLine(unittest.TestCase):
             (folder / "precious").touch()
             self.assert_fails(run(EXAMPLE, "-o", folder, *arguments), 1, '"precious"', "lost")
             self.assertEqual(sorted(os.listdir(folder)), sorted([*names, "precious"]))
+            (folder / "precious").unlink()
+            (folder / names[0]).unlink()
+            (folder / names[0]).mkdir()
+            self.assert_fails(run(EXAMPLE, "-o", folder, *arguments), 1, f'"{names[0]}"', "lost")
             file = self.file("file")
             self.assert_fails(run(EXAMPLE, "-o", file, *arguments), 1, "is not a directory")
             file.unlink()
         self.assert_fails(run(EXAMPLE, "-o", self.folder, "-f", "gpkg"), 1, "is a directory")
         self.assert_fails(run(EXAMPLE, "-o", "/dev/null", "-f", "gpkg"), 1, "not a regular file")
         self.assertEqual(sorted(os.listdir(self.folder)), ["empty.osm", "town.fgb", "town.gmns"])
+
+    def test_what_comes_into_being_meanwhile_is_kept(self):
+        source = self.chain(50_000)
+        for existing in (True, False):
+            output = self.folder / "out.gmns"
+            if existing:
+                run(EXAMPLE, "-o", output)
+            process = subprocess.Popen([PROGRAM, source, "-o", output, "--overwrite"],
+                                       stderr=subprocess.PIPE, text=True)
+            while not list(self.folder.glob(".osm2roadnet-*")):
+                self.assertIsNone(process.poll())
+            output.mkdir(exist_ok=True)
+            (output / "precious").touch()
+            self.assertIn("lost" if existing else "File exists", process.communicate()[1])
+            self.assertEqual(process.returncode, 1)
+            self.assertTrue((output / "precious").exists())
+            self.assertEqual(sorted(os.listdir(self.folder)), ["chain.osm", "out.gmns"])
+            shutil.rmtree(output)
+
+    def test_the_name_does_not_matter_where_the_format_is_given(self):
+        for ending in ENDINGS:
+            done = run(EXAMPLE, "-f", ending, "-o", self.folder / f"{ending}.csv")
+            self.assertEqual((done.returncode, done.stderr), (0, b""))
+
+    def test_outputs_are_there_both_or_not_at_all(self):
+        self.assert_fails(run(EXAMPLE, "-o", self.folder / "a.json", "-r", "/dev/full"), 1, "No space")
+        self.assertEqual(os.listdir(self.folder), [])
+
+    def test_a_closed_standard_output_is_an_error(self):
+        report = self.folder / "report.json"
+        done = subprocess.run(["sh", "-c", '"$@" >&-', "sh", PROGRAM, EXAMPLE, "-r", report],
+                              stderr=subprocess.PIPE)
+        self.assertEqual(done.returncode, 1, done.stderr)
+        json.loads(report.read_text())
 
     def test_a_failed_write_leaves_nothing(self):
         def limit_file_size():
@@ -201,6 +243,12 @@ class CommandLine(unittest.TestCase):
             done = subprocess.run([PROGRAM, EXAMPLE, "-o", "-", "-f", name], stdout=writing,
                                   stderr=subprocess.PIPE)
             self.assertEqual((done.returncode, done.stderr), (-signal.SIGPIPE, b""))
+        for arguments in (["-o", "-", "-r", self.folder / "report.json"],
+                          ["-o", self.folder / "out.gpkg", "-r", "-"]):
+            done = subprocess.run([PROGRAM, EXAMPLE, *arguments], stdout=writing,
+                                  stderr=subprocess.PIPE)
+            self.assertEqual((done.returncode, done.stderr), (-signal.SIGPIPE, b""))
+        self.assertEqual(os.listdir(self.folder), [])
         os.close(writing)
 
     def test_a_small_stack_suffices(self):

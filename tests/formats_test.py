@@ -146,7 +146,7 @@ def graphml(path):
     assert graph.is_directed() and "OpenStreetMap" in graph.graph["attribution"]
     nodes = {int(node): coordinates([(d["x"], d["y"], d.get("elevation"))])
              for node, d in graph.nodes(data=True)}
-    return nodes, sorted((d["road"], d["name"], int(start), int(end), numbers(d["osm_way_ids"]),
+    return nodes, sorted((d["road_id"], d["name"], int(start), int(end), numbers(d["osm_way_ids"]),
                           *coordinates(well_known_text(d["geometry"])))
                          for start, end, d in graph.edges(data=True))
 
@@ -241,6 +241,11 @@ class Formats(unittest.TestCase):
                                                  [[180, 1.5], [179, 2]]])
         self.assertEqual(lines(179, 180, -179), [[[179, 0], [180, 1]], [[-180, 1], [-179, 2]]])
         self.assertEqual(lines(179, -180, -179), [[[179, 0], [180, 1]], [[-180, 1], [-179, 2]]])
+        self.assertEqual(lines(179, 180, -180, -179), [[[179, 0], [180, 1]],
+                                                       [[-180, 1], [-180, 2], [-179, 3]]])
+        self.assertEqual(lines(179, -179, -180, 180), [[[179, 0], [180, 0.5]],
+                                                       [[-180, 0.5], [-179, 1], [-180, 2]],
+                                                       [[180, 2], [180, 3]]])
 
 
 if __name__ == "__main__":

@@ -113,9 +113,14 @@ class GdalTables final : public FeatureTables {
     OGRFieldType type;
   };
 
+  void check(bool succeeded) const {
+    errors_.check();
+    if (!succeeded) throw std::runtime_error("GDAL does not say why");
+  }
+
   GDALDatasetUniquePtr create(std::string const& path) {
     GDALDatasetUniquePtr file(driver_->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
-    errors_.check();
+    check(file != nullptr);
     return file;
   }
 
@@ -130,7 +135,7 @@ class GdalTables final : public FeatureTables {
       options.SetNameValue("DESCRIPTION", (std::string(attribution) + ", " + license).c_str());
     }
     OGRLayer* const layer = file.CreateLayer(name, &wgs84, type, options.List());
-    errors_.check();
+    check(layer != nullptr);
     for (Field const& field : fields) {
       OGRFieldDefn definition(field.name, field.type);
       layer->CreateField(&definition);
@@ -140,7 +145,8 @@ class GdalTables final : public FeatureTables {
   }
 
   std::size_t countFeatures(std::string const& path) {
-    GDALDatasetUniquePtr const file(GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR));
+    char const* const drivers[] = {driver_->GetDescription(), nullptr};
+    GDALDatasetUniquePtr const file(GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR, drivers));
     std::size_t count = 0;
     if (!file) return count;
     for (auto&& layer : file->GetLayers()) {
@@ -157,10 +163,7 @@ class GdalTables final : public FeatureTables {
 
   void append(OGRLayer& layer, OGRFeature& feature) {
     feature.SetFID(OGRNullFID);
-    if (layer.CreateFeature(&feature) != OGRERR_NONE) {
-      errors_.check();
-      throw std::runtime_error("GDAL does not say why");
-    }
+    check(layer.CreateFeature(&feature) == OGRERR_NONE);
     ++count_;
   }
 
