@@ -130,7 +130,7 @@ class ChainPlan {
     }
     for (Result& result : results_) {
       Road const& road = roads_[result.road];
-      road->shareCenters(result.x, result.y);
+      road->shareCenters(std::move(result.x), std::move(result.y));
       road->setWeight(result.weight);
       road->setName(std::move(result.name));
     }

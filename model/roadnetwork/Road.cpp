@@ -40,8 +40,8 @@ void RoadImpl::setCenters(std::vector<double> const& x, std::vector<double> cons
 
 void RoadImpl::shareCenters(Sequence x, Sequence y) {
   if (x.size() != y.size()) throw std::invalid_argument("centre sequences of different length");
-  centersX_ = x;
-  centersY_ = y;
+  centersX_ = std::move(x);
+  centersY_ = std::move(y);
 }
 
 void RoadImpl::addRoadSegment(RoadSegment const& segment) {

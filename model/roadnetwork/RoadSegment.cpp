@@ -10,11 +10,11 @@ RoadSegmentImpl::~RoadSegmentImpl() = default;
 
 void RoadSegmentImpl::setGeometry(Sequence centersX, Sequence centersY, Sequence elevations,
                                   Sequence bankingAngles, Sequence headings) {
-  centersX_ = centersX;
-  centersY_ = centersY;
-  elevations_ = elevations;
-  bankingAngles_ = bankingAngles;
-  headings_ = headings;
+  centersX_ = std::move(centersX);
+  centersY_ = std::move(centersY);
+  elevations_ = std::move(elevations);
+  bankingAngles_ = std::move(bankingAngles);
+  headings_ = std::move(headings);
 }
 
 bool RoadSegmentImpl::isRoadSegment(ModelElementImpl const& element) {

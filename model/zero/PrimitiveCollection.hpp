@@ -24,7 +24,9 @@ class PrimitiveCollection {
   PrimitiveCollection(Storage values)  // NOLINT: values are a sequence
       : shared_(values.empty() ? nullptr : new Shared(std::move(values))) {}
   PrimitiveCollection(PrimitiveCollection const&) noexcept = default;
+  PrimitiveCollection(PrimitiveCollection&&) noexcept = default;
   PrimitiveCollection& operator=(PrimitiveCollection const&) noexcept = default;
+  PrimitiveCollection& operator=(PrimitiveCollection&&) noexcept = default;
   virtual ~PrimitiveCollection() = default;
 
   virtual std::size_t size() const { return values().size(); }
