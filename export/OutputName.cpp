@@ -45,7 +45,8 @@ bool renameAndKeep(char const* from, char const* to) {
 OutputName::OutputName(std::string name, bool overwrite)
     : OutputName(std::move(name), overwrite, S_IFREG, usualFileMode) {}
 
-OutputName::OutputName(std::string name, bool overwrite, std::span<std::string_view const> files)
+OutputName::OutputName(std::string const& name, bool overwrite,
+                       std::span<std::string_view const> files)
     : OutputName(name.substr(0, name.find_last_not_of('/') + 1), overwrite, S_IFDIR,
                  usualFolderMode) {
   files_.assign(files.begin(), files.end());

@@ -14,7 +14,7 @@ class OutputName {
   OutputName(std::string name, bool overwrite);
   /// For a folder of `files`. Throws like the former, and when there is a folder that holds
   /// anything else: that would be lost.
-  OutputName(std::string name, bool overwrite, std::span<std::string_view const> files);
+  OutputName(std::string const& name, bool overwrite, std::span<std::string_view const> files);
 
   /// The name as it was given, for people.
   std::string const& name() const noexcept { return name_; }

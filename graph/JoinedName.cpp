@@ -38,14 +38,15 @@ bool JoinedName::contains(std::deque<char16_t> const& text) const {
   // The text can only stand where its rarest gram does.
   std::vector<std::int64_t> const* rarest = nullptr;
   std::size_t offset = 0;
-  for (std::size_t i = 0; i + gramSize <= text.size(); ++i) {
+  std::size_t i = 0;
+  do {
     auto const found = places_.find(gramAt(text, i));
     if (found == places_.end()) return false;
     if (rarest == nullptr || found->second.size() < rarest->size()) {
       rarest = &found->second;
       offset = i;
     }
-  }
+  } while (++i + gramSize <= text.size());
   return std::any_of(rarest->begin(), rarest->end(), [&](std::int64_t place) {
     std::size_t const at = static_cast<std::size_t>(place) + origin_;
     return at >= offset && standsAt(at - offset, text);

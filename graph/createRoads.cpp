@@ -84,7 +84,7 @@ class RoadMaker {
     }
     road->setCenters(x_, y_);
     importer_.roadNetwork->addRoad(road);
-    unfinished.release();
+    static_cast<void>(unfinished.release());
   }
 
  private:
