@@ -3,10 +3,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
-#include <cstdint>
-#include <cstring>
+#include <utility>
 
 // glibc's own, under the names that it keeps for those who put theirs before them.
 extern "C" {
@@ -19,17 +17,17 @@ void __libc_free(void* memory);
 
 namespace {
 
-std::size_t failing = 0;
-bool failsFromThenOn = false;
-std::size_t calls = 0;
+injected::Plan plan;
+std::size_t allocations = 0;
+std::size_t reads = 0;
 bool failed = false;
 std::ptrdiff_t inUse = 0;
-injected::Reading behaviour;
-std::size_t readCalls = 0;
 
 bool mayAllocate() {
-  ++calls;
-  if (failing == 0 || calls < failing || (calls > failing && !failsFromThenOn)) return true;
+  std::size_t const first = plan.failingAllocation;
+  ++allocations;
+  if (first == 0 || allocations < first || (allocations > first && !plan.allAfterItToo))
+    return true;
   failed = true;
   errno = ENOMEM;
   return false;
@@ -53,15 +51,8 @@ void* realloc(void* memory, std::size_t size) {
   if (memory == nullptr) return malloc(size);
   return mayAllocate() ? __libc_realloc(memory, size) : nullptr;
 }
-void* memalign(std::size_t alignment, std::size_t size) {
-  return mayAllocate() ? counted(__libc_memalign(alignment, size)) : nullptr;
-}
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
-  return memalign(alignment, size);
-}
-int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
-  *memory = memalign(alignment, size);
-  return *memory == nullptr ? ENOMEM : 0;
+  return mayAllocate() ? counted(__libc_memalign(alignment, size)) : nullptr;
 }
 void free(void* memory) {
   if (memory != nullptr) --inUse;
@@ -69,38 +60,26 @@ void free(void* memory) {
 }
 
 ssize_t read(int descriptor, void* buffer, std::size_t size) {
-  ++readCalls;
-  if (readCalls == behaviour.failingCall) {
-    errno = EIO;
+  ++reads;
+  if (reads == plan.failingRead || (plan.interrupted && reads % 2 == 1)) {
+    errno = reads == plan.failingRead ? EIO : EINTR;
     return -1;
   }
-  if (behaviour.interrupted && readCalls % 2 == 1) {
-    errno = EINTR;
-    return -1;
-  }
-  if (behaviour.largest != 0 && size > behaviour.largest) size = behaviour.largest;
+  if (plan.largestRead != 0 && size > plan.largestRead) size = plan.largestRead;
   return syscall(SYS_read, descriptor, buffer, size);
 }
 }
 
 namespace injected {
 
-void failAllocation(std::size_t n, Mode mode) {
-  failing = n;
-  failsFromThenOn = mode == Mode::fromThenOn;
-  calls = 0;
-  if (n != 0) failed = false;
-}
-bool allocationFailed() {
-  return failed;
-}
-std::ptrdiff_t piecesInUse() {
-  return inUse;
+bool follow(Plan const& next) {
+  plan = next;
+  allocations = reads = 0;
+  return std::exchange(failed, false);
 }
 
-void setReading(Reading reading) {
-  behaviour = reading;
-  readCalls = 0;
+std::ptrdiff_t piecesInUse() {
+  return inUse;
 }
 
 }  // namespace injected

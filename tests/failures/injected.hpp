@@ -6,21 +6,18 @@
 
 namespace injected {
 
-enum class Mode { once, fromThenOn };
+/// What happens to the calls from now on, which are counted from 1; 0 stands for none of them.
+struct Plan {
+  std::size_t failingAllocation = 0;
+  bool allAfterItToo = false;
+  std::size_t failingRead = 0;  ///< ends in an input/output error
+  std::size_t largestRead = 0;  ///< bytes at a time; 0 for as many as are asked for
+  bool interrupted = false;     ///< every other read is interrupted by a signal
+};
 
-/// The `n`-th allocation from now on fails (counted from 1), and all after it or not; 0 for none.
-void failAllocation(std::size_t n, Mode mode);
-/// Whether one failed since an allocation was last chosen to fail.
-bool allocationFailed();
+/// Returns whether an allocation failed by the plan that was followed before.
+bool follow(Plan const& plan);
 /// How many pieces of memory are in use.
 std::ptrdiff_t piecesInUse();
-
-/// What reading files does from now on.
-struct Reading {
-  std::size_t largest = 0;      ///< bytes at a time; 0 for as many as are asked for
-  bool interrupted = false;     ///< every other call is interrupted by a signal
-  std::size_t failingCall = 0;  ///< which call ends in an input/output error; 0 for none
-};
-void setReading(Reading reading);
 
 }  // namespace injected
