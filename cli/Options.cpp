@@ -43,22 +43,26 @@ std::string listOfFormats() {
   return list.str();
 }
 
-// Neither output may replace the input or the other one.
+// No output may replace the input or the other one, nor lie in it.
 void refuseSameFiles(Options const& options) {
-  auto const place = [](std::string const& name) {
+  auto const place = [](std::string const& name) -> std::filesystem::path {
     std::error_code error;
-    return name == "-" ? name : std::filesystem::weakly_canonical(name, error).string();
+    auto const path = std::filesystem::weakly_canonical(name, error);
+    return name == "-" || error ? std::filesystem::path(name) : path;
   };
-  std::string const input = place(options.input);
-  if (options.output && place(*options.output) == input) {
-    throw CLI::ValidationError("--output", "the same as INPUT");
-  }
-  if (options.report && place(*options.report) == input) {
-    throw CLI::ValidationError("--report", "the same as INPUT");
-  }
-  if (options.output && options.report && place(*options.output) == place(*options.report)) {
-    throw CLI::ValidationError("--report", "the same as --output");
-  }
+  auto const refuse = [&](char const* option, std::optional<std::string> const& output,
+                          char const* other, std::optional<std::string> const& existing) {
+    if (!output || !existing) return;
+    if (place(*output) == place(*existing)) {
+      throw CLI::ValidationError(option, "the same as " + std::string(other));
+    }
+    if (place(*output).parent_path() == place(*existing)) {
+      throw CLI::ValidationError(option, "lies in " + std::string(other));
+    }
+  };
+  refuse("--output", options.output, "INPUT", options.input);
+  refuse("--report", options.report, "INPUT", options.input);
+  refuse("--report", options.report, "--output", options.output);
 }
 
 // Returns the exit status.

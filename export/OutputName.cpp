@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "export/BufferedFile.hpp"
+#include "export/Temporary.hpp"
 
 namespace {
 
@@ -40,6 +41,11 @@ bool renameAndKeep(char const* from, char const* to) {
   return rename(from, to, 0);
 }
 
+// Some file systems give all files one owner and mode, and let nobody change them.
+bool setMode(char const* path, mode_t mode) {
+  return ::chmod(path, mode) == 0 || errno == EPERM;
+}
+
 }  // namespace
 
 OutputName::OutputName(std::string name, bool overwrite)
@@ -47,8 +53,8 @@ OutputName::OutputName(std::string name, bool overwrite)
 
 OutputName::OutputName(std::string const& name, bool overwrite,
                        std::span<std::string_view const> files)
-    : OutputName(name.substr(0, name.find_last_not_of('/') + 1), overwrite, S_IFDIR,
-                 usualFolderMode) {
+    : OutputName(name.substr(0, std::max(name.find_last_not_of('/') + 1, std::size_t{1})),
+                 overwrite, S_IFDIR, usualFolderMode) {
   files_.assign(files.begin(), files.end());
   if (!exists_) return;
   refuseOtherFiles(path_);
@@ -60,6 +66,7 @@ OutputName::OutputName(std::string name, bool overwrite, unsigned kind, unsigned
   struct stat status {};
   exists_ = ::stat(path_.c_str(), &status) == 0;
   if (!exists_) {
+    if (errno != ENOENT) throwCantWrite(name_);
     if (::lstat(path_.c_str(), &status) == 0) fail("is a symbolic link to nothing");
     // What is unfinished is private; this is the mode that a plainly made one would have.
     mode_t const mask = ::umask(0);
@@ -81,7 +88,7 @@ void OutputName::give(std::string const& complete) const {
 }
 
 void OutputName::giveToFile(char const* complete) const {
-  bool const isReady = ::chmod(complete, mode_) == 0;
+  bool const isReady = setMode(complete, mode_);
   char const* const path = path_.c_str();
   if (!isReady || !(overwrite_ ? rename(complete, path, 0) : renameAndKeep(complete, path))) {
     throwCantWrite(name_);
@@ -93,6 +100,7 @@ void OutputName::giveToFolder(char const* complete) const {
   if (!exists_) {
     if (!renameAndKeep(complete, path)) throwCantWrite(name_);
   } else {
+    InterruptsBlocked const blocked;  // they remove what is called `complete`
     if (!rename(complete, path, RENAME_EXCHANGE)) {
       if (isUnsupported(errno)) fail("can't be replaced on this file system; remove it first");
       throwCantWrite(name_);
@@ -105,7 +113,7 @@ void OutputName::giveToFolder(char const* complete) const {
     }
   }
   // Last: what is not writable could not be removed if anything failed.
-  if (::chmod(path, mode_) != 0) throwCantWrite(name_);
+  if (!setMode(path, mode_)) throwCantWrite(name_);
 }
 
 void OutputName::refuseOtherFiles(std::string const& folder) const {

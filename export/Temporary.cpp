@@ -62,29 +62,23 @@ extern "C" void removeUnfinished(int signal) {
 
 constexpr std::array interrupts{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE};
 
-// Keeps interrupts off while something is there that they do not know of yet.
-class InterruptsBlocked {
- public:
-  InterruptsBlocked() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (int const signal : interrupts) sigaddset(&signals, signal);
-    ::pthread_sigmask(SIG_BLOCK, &signals, &before_);
-  }
-  InterruptsBlocked(InterruptsBlocked const&) = delete;
-  InterruptsBlocked& operator=(InterruptsBlocked const&) = delete;
-  ~InterruptsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
- private:
-  sigset_t before_;
-};
-
 // What mkostemp and mkdtemp make a name of.
 std::string patternBeside(std::string const& name) {
   return std::filesystem::path(name).replace_filename(".osm2roadnet-XXXXXX").string();
 }
 
 }  // namespace
+
+InterruptsBlocked::InterruptsBlocked() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (int const signal : interrupts) sigaddset(&signals, signal);
+  ::pthread_sigmask(SIG_BLOCK, &signals, &before_);
+}
+
+InterruptsBlocked::~InterruptsBlocked() {
+  ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
 
 int Temporary::makeFile(std::string const& name) {
   InterruptsBlocked const blocked;

@@ -1,6 +1,7 @@
 // What must not outlive the program unless it is complete.
 #pragma once
 
+#include <csignal>
 #include <string>
 
 /// An unfinished file, or a folder of unfinished files. What still has its name in the end is
@@ -23,4 +24,16 @@ class Temporary {
   void registerPath();
 
   std::string path_;
+};
+
+/// Keeps interrupts off while what they would remove is not, or may not be, what it should be.
+class InterruptsBlocked {
+ public:
+  InterruptsBlocked();
+  InterruptsBlocked(InterruptsBlocked const&) = delete;
+  InterruptsBlocked& operator=(InterruptsBlocked const&) = delete;
+  ~InterruptsBlocked();
+
+ private:
+  sigset_t before_;
 };

@@ -60,7 +60,11 @@ std::vector<Line> linesOf(RoadRow const& road) {
   }
   // A road that only touches it leaves a single point on the other side.
   auto const isPoint = [](Line const& line) { return line.size() < 2; };
-  if (!std::all_of(lines.begin(), lines.end(), isPoint)) std::erase_if(lines, isPoint);
+  if (std::all_of(lines.begin(), lines.end(), isPoint)) {  // from one name of a place to the other
+    Line const both{lines.front().front(), lines.back().front()};
+    return {both};
+  }
+  std::erase_if(lines, isPoint);
   return lines;
 }
 

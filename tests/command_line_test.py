@@ -51,7 +51,8 @@ class CommandLine(unittest.TestCase):
                           [EXAMPLE, "-o", "-", "-f", "gpkg"], [EXAMPLE, "-o", "-", "-f", "gmns"],
                           [EXAMPLE, "-o", "a\n\033[31m"], [EXAMPLE, "-r", EXAMPLE, "--overwrite"],
                           [EXAMPLE, "-o", f"{EXAMPLE.parent}/../examples/{EXAMPLE.name}", "-fjson"],
-                          [EXAMPLE, "-o", output, "-r", f"{self.folder}/./out.json"]):
+                          [EXAMPLE, "-o", output, "-r", f"{self.folder}/./out.json"],
+                          [EXAMPLE, "-o", output, "-fgmns", "-r", output / "report.json"]):
             with self.subTest(arguments=arguments):
                 self.assert_fails(run(*arguments), 2)
         self.assertFalse(output.exists())
@@ -171,6 +172,7 @@ class CommandLine(unittest.TestCase):
             self.assert_fails(run(EXAMPLE, "-o", file, *arguments), 1, "is not a directory")
             file.unlink()
         self.assert_fails(run(EXAMPLE, "-o", self.folder, "-f", "gpkg"), 1, "is a directory")
+        self.assert_fails(run(EXAMPLE, "-o", "//", "-f", "gmns", "--overwrite"), 1, "/: holds ")
         self.assert_fails(run(EXAMPLE, "-o", "/dev/null", "-f", "gpkg"), 1, "not a regular file")
         self.assertEqual(sorted(os.listdir(self.folder)), ["empty.osm", "town.fgb", "town.gmns"])
 
@@ -198,7 +200,8 @@ class CommandLine(unittest.TestCase):
             self.assertEqual((done.returncode, done.stderr), (0, b""))
 
     def test_outputs_are_there_both_or_not_at_all(self):
-        self.assert_fails(run(EXAMPLE, "-o", self.folder / "a.json", "-r", "/dev/full"), 1, "No space")
+        done = run(EXAMPLE, "-o", self.folder / "a.json", "-r", "/dev/full")
+        self.assert_fails(done, 1, "No space")
         self.assertEqual(os.listdir(self.folder), [])
 
     def test_a_closed_standard_output_is_an_error(self):
