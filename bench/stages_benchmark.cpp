@@ -17,11 +17,11 @@
 #include "graph/createRoads.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/setGeographicReference.hpp"
-#include "osm/collectWayAttributes.hpp"
-#include "osm/selectHighwayWays.hpp"
 #include "segments/assignSegmentElevations.hpp"
 #include "segments/createRoadSegments.hpp"
 #include "support/ustring.hpp"
+#include "ways/collectWayAttributes.hpp"
+#include "ways/selectHighwayWays.hpp"
 
 namespace {
 

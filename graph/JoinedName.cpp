@@ -1,23 +1,36 @@
 #include "graph/JoinedName.hpp"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
+#include <vector>
 
 namespace {
 
 // Up to here a plain search is as fast.
 constexpr std::size_t longName = 512;
 
-// The gram that begins at each place, of as many as there are.
-std::uint64_t gramAt(std::deque<char16_t> const& text, std::size_t place) {
-  auto const unit = [&](std::size_t i) { return std::uint64_t{text[place + i]}; };
-  return unit(0) << 48 | unit(1) << 32 | unit(2) << 16 | unit(3);
+// Whether `text` stands somewhere between the two, by the algorithm of Knuth, Morris and Pratt.
+template <class Units, class Iterator>
+bool standsIn(Units const& text, Iterator first, Iterator last) {
+  std::vector<std::size_t> border(text.size() + 1, 0);  // of each prefix, by its length
+  std::size_t matched = 0;
+  auto const step = [&](char16_t unit) {
+    while (matched > 0 && text[matched] != unit) matched = border[matched];
+    if (text[matched] == unit) ++matched;
+  };
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    step(text[i]);
+    border[i + 1] = matched;
+  }
+  matched = 0;
+  for (; first != last && matched < text.size(); ++first) step(*first);
+  return matched == text.size();
 }
 
 }  // namespace
 
 void JoinedName::join(JoinedName& other) {
+  makeIndexIfLong();
   if (contains(other.units_)) return;
   if (other.units_.size() <= units_.size()) {
     other.units_.push_front(u'-');
@@ -29,56 +42,37 @@ void JoinedName::join(JoinedName& other) {
   }
 }
 
-bool JoinedName::contains(std::deque<char16_t> const& text) const {
+bool JoinedName::contains(Units const& text) const {
+  if (text.empty()) return true;
   if (text.size() > units_.size()) return false;
-  if (!indexed_ || text.size() < gramSize) {
-    return std::search(units_.begin(), units_.end(), text.begin(), text.end()) != units_.end() ||
-           text.empty();
-  }
-  // The text can only stand where its rarest gram does.
-  std::vector<std::int64_t> const* rarest = nullptr;
-  std::size_t offset = 0;
-  std::size_t i = 0;
-  do {
-    auto const found = places_.find(gramAt(text, i));
-    if (found == places_.end()) return false;
-    if (rarest == nullptr || found->second.size() < rarest->size()) {
-      rarest = &found->second;
-      offset = i;
-    }
-  } while (++i + gramSize <= text.size());
-  return std::any_of(rarest->begin(), rarest->end(), [&](std::int64_t place) {
-    std::size_t const at = static_cast<std::size_t>(place) + origin_;
-    return at >= offset && standsAt(at - offset, text);
-  });
+  if (!index_) return standsIn(text, units_.begin(), units_.end());
+  return index_->behind.contains(text.begin(), text.end()) ||
+         index_->before.contains(text.rbegin(), text.rend()) || standsAcrossSeam(text);
 }
 
-bool JoinedName::standsAt(std::size_t at, std::deque<char16_t> const& text) const {
-  auto const first = units_.begin() + static_cast<std::ptrdiff_t>(at);
-  return text.size() <= units_.size() - at && std::equal(text.begin(), text.end(), first);
+bool JoinedName::standsAcrossSeam(Units const& text) const {
+  std::size_t const reach = text.size() - 1;
+  std::size_t const first = index_->seam - std::min(index_->seam, reach);
+  std::size_t const last = std::min(index_->seam + reach, units_.size());
+  auto const at = [&](std::size_t i) { return units_.begin() + static_cast<std::ptrdiff_t>(i); };
+  return standsIn(text, at(first), at(last));
 }
 
-void JoinedName::append(std::deque<char16_t> const& text) {
-  std::size_t const before = units_.size();
+void JoinedName::makeIndexIfLong() {
+  if (index_ || units_.size() <= longName) return;
+  index_.emplace();
+  for (char16_t const unit : units_) index_->behind.append(unit);
+}
+
+void JoinedName::append(Units const& text) {
   units_.insert(units_.end(), text.begin(), text.end());
-  index(before < gramSize ? 0 : before - gramSize + 1, units_.size());
+  if (!index_) return;
+  for (char16_t const unit : text) index_->behind.append(unit);
 }
 
-void JoinedName::prepend(std::deque<char16_t> const& text) {
+void JoinedName::prepend(Units const& text) {
   units_.insert(units_.begin(), text.begin(), text.end());
-  if (indexed_) origin_ += text.size();
-  index(0, text.size());
-}
-
-void JoinedName::index(std::size_t first, std::size_t last) {
-  if (units_.size() <= longName) return;
-  if (!std::exchange(indexed_, true)) {
-    first = 0;
-    last = units_.size();
-  }
-  last = std::min(last, units_.size() - gramSize + 1);
-  for (std::size_t i = first; i < last; ++i) {
-    places_[gramAt(units_, i)].push_back(static_cast<std::int64_t>(i) -
-                                         static_cast<std::int64_t>(origin_));
-  }
+  if (!index_) return;
+  for (auto unit = text.rbegin(); unit != text.rend(); ++unit) index_->before.append(*unit);
+  index_->seam += text.size();
 }

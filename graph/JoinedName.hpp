@@ -2,17 +2,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "support/IdMap.hpp"
+#include "graph/SuffixAutomaton.hpp"
 
 /// Grows by the names of roads that are joined to it. Where thousands are, searching the name and
-/// copying it would take time with their square; so a long name has an index of what it holds, and
-/// of two names the shorter is put to the longer.
+/// copying it would take time with their square. So of two names the shorter is put to the longer,
+/// on either side, and a long name has an index of its parts: in all, n units take time in
+/// proportion to n log n.
 class JoinedName {
  public:
   explicit JoinedName(std::u16string_view name) : units_(name.begin(), name.end()) {}
@@ -24,19 +24,21 @@ class JoinedName {
   std::u16string text() const { return {units_.begin(), units_.end()}; }
 
  private:
-  // Four code units in a row.
-  using Gram = std::uint64_t;
-  static constexpr std::size_t gramSize = 4;
+  using Units = std::deque<char16_t>;
 
-  bool contains(std::deque<char16_t> const& text) const;
-  bool standsAt(std::size_t at, std::deque<char16_t> const& text) const;
-  void append(std::deque<char16_t> const& text);
-  void prepend(std::deque<char16_t> const& text);
-  /// Takes the grams that begin at `first` up to `last` into the index of a long name.
-  void index(std::size_t first, std::size_t last);
+  // The parts of a name that has grown at both ends lie on one side of a seam or across it.
+  struct Index {
+    SuffixAutomaton behind;  // of the units from the seam on
+    SuffixAutomaton before;  // of those before the seam, from back to front
+    std::size_t seam = 0;    // how many there are before it
+  };
 
-  std::deque<char16_t> units_;
-  bool indexed_ = false;
-  support::ModelIdMap<std::vector<std::int64_t>> places_;  // of each gram, counted from origin_
-  std::size_t origin_ = 0;  // how many code units were put in front since the index was made
+  bool contains(Units const& text) const;
+  bool standsAcrossSeam(Units const& text) const;
+  void makeIndexIfLong();
+  void append(Units const& text);
+  void prepend(Units const& text);
+
+  Units units_;
+  std::optional<Index> index_;  // of a long name
 };

@@ -59,8 +59,8 @@ struct Join {
   bool keepsPoint;  // of the two points at the node, this road's own
 };
 
-// An outer end of a chain, and which join gave it to the road that the chain's was joined to: 0 as
-// long as it is that road's own.
+// An outer end of a chain, and how many joins had been made when it became that: 0 as long as it is
+// an end of the road that stays.
 struct OuterEnd {
   RoadEnd end;
   std::size_t join = 0;
@@ -69,8 +69,14 @@ struct OuterEnd {
 // Roads that are joined so far. The one with the smallest id stays; its number is the chain's.
 struct Chain {
   double weight;
-  std::optional<JoinedName> name;  // of more than one road
-  std::array<OuterEnd, 2> outerEnds;
+  std::optional<JoinedName> name;     // of more than one road
+  std::array<OuterEnd, 2> outerEnds;  // beyond the start and the end of the road that stays
+};
+
+// Where two roads are joined: the Node, and the ends there, of the lower road id first.
+struct Joint {
+  Node node;
+  std::array<RoadEnd, 2> ends;
 };
 
 // One road on the way along a chain.
@@ -85,7 +91,10 @@ struct Piece {
 class ChainPlan {
  public:
   ChainPlan(RoadNetworkImporter& importer, std::size_t joins) : importer_(importer) {
+    numbers_.reserve(2 * joins);
     roads_.reserve(2 * joins);
+    ways_.reserve(2 * joins);
+    joints_.reserve(joins);
     joins_.reserve(2 * joins);
     parents_.reserve(2 * joins);
     chains_.reserve(2 * joins);
@@ -94,16 +103,18 @@ class ChainPlan {
   // Joins the two roads that end at the node, unless they are one.
   void join(Node const& node) {
     std::array<RoadEnd, 2> ends = collectRoadEnds(node);
+    if (idOf(ends[1].road) < idOf(ends[0].road)) std::swap(ends[0], ends[1]);
+    Joint const joint{node, ends};
     std::array<std::size_t, 2> chains = {chainOf(ends[0].road), chainOf(ends[1].road)};
-    if (survivorId(chains[1]) < survivorId(chains[0])) {
+    if (idOf(chains[1]) < idOf(chains[0])) {
       std::swap(ends[0], ends[1]);
       std::swap(chains[0], chains[1]);
     }
-    if (survivorId(chains[0]) == survivorId(chains[1])) return;
-    joinedNodes_.push_back(node);
+    if (idOf(chains[0]) == idOf(chains[1])) return;
+    joints_.push_back(joint);
     joins_[ends[0].road][ends[0].side] = {ends[1], false};
     joins_[ends[1].road][ends[1].side] = {ends[0], true};
-    importer_.roadWayIds.move(survivorId(chains[1]), survivorId(chains[0]));
+    importer_.roadWayIds.move(idOf(chains[1]), idOf(chains[0]));
     mergeChains(chains[0], ends[0], chains[1], ends[1]);
   }
 
@@ -117,6 +128,16 @@ class ChainPlan {
               [](Move const& a, Move const& b) { return a.join < b.join; });
     for (Move const& move : moves_) {
       if (move.to) move.to->reserveRoads();
+    }
+    importer_.joins.reserve(joints_.size());
+    for (auto const& [node, ends] : joints_) {
+      auto const& one = ways_[ends[0].road];
+      auto const& other = ways_[ends[1].road];
+      if (!one || !other) continue;
+      importer_.joins.push_back({OpenStreetMap::osmId(node->getID()),
+                                 idOf(chainOf(ends[0].road)),
+                                 {*one, *other},
+                                 ends[0].side == ends[1].side});
     }
   }
 
@@ -134,7 +155,7 @@ class ChainPlan {
       road->setWeight(result.weight);
       road->setName(std::move(result.name));
     }
-    for (Node const& node : joinedNodes_) node->destroy();
+    for (Joint const& joint : joints_) joint.node->destroy();
   }
 
  private:
@@ -168,6 +189,7 @@ class ChainPlan {
     if (isNew) {
       std::size_t const number = roads_.size();
       roads_.push_back(road);
+      ways_.push_back(importer_.roadWayIds.first(road->getID()));
       parents_.push_back(number);
       chains_.push_back({road->getWeight(), {}, {{{{number, start}}, {{number, end}}}}});
       joins_.push_back({{{{none, start}, false}, {{none, start}, false}}});
@@ -180,7 +202,7 @@ class ChainPlan {
     while (parents_[road] != road) road = parents_[road] = parents_[parents_[road]];
     return road;
   }
-  unsigned long survivorId(std::size_t chain) const { return roads_[chain]->getID(); }
+  unsigned long idOf(std::size_t road) const { return roads_[road]->getID(); }
 
   JoinedName& nameOf(std::size_t chain) {
     std::optional<JoinedName>& name = chains_[chain].name;
@@ -197,22 +219,16 @@ class ChainPlan {
     nameOf(aNumber).join(nameOf(bNumber));
     b.name.reset();
     RoadEnd const farEnd = b.outerEnds[b.outerEnds[0].end == bEnd ? 1 : 0].end;
-    a.outerEnds[a.outerEnds[0].end == aEnd ? 0 : 1] = {farEnd, joinedNodes_.size()};
+    a.outerEnds[a.outerEnds[0].end == aEnd ? 0 : 1] = {farEnd, joints_.size()};
     parents_[bNumber] = aNumber;
   }
 
-  // From one outer end to the other, in the direction of the surviving road.
+  // From one outer end to the other, in the direction of the road that stays.
   std::vector<Piece> piecesOf(std::size_t chain) const {
     std::vector<Piece> pieces;
-    bool reversed = false;
-    for (RoadEnd at = chains_[chain].outerEnds[0].end; at.road != none;) {
+    for (RoadEnd at = chains_[chain].outerEnds[start].end; at.road != none;) {
       pieces.push_back({at.road, at.side == end});
-      if (at.road == chain) reversed = pieces.back().reversed;
       at = joins_[at.road][otherSide(at.side)].to;
-    }
-    if (reversed) {
-      std::reverse(pieces.begin(), pieces.end());
-      for (Piece& piece : pieces) piece.reversed = !piece.reversed;
     }
     return pieces;
   }
@@ -245,12 +261,10 @@ class ChainPlan {
     results_.push_back({number, joinLines(pieces, &RoadImpl::getCentersX),
                         joinLines(pieces, &RoadImpl::getCentersY), chain.weight,
                         chain.name->text()});
-    for (OuterEnd const& outer : chain.outerEnds) {
+    for (Side const side : {start, end}) {
+      OuterEnd const& outer = chain.outerEnds[side];
       if (outer.join == 0) continue;
-      bool const isFirst = outer.end.road == pieces.front().road &&
-                           outer.end.side == (pieces.front().reversed ? end : start);
-      moves_.push_back({outer.join, number, isFirst ? start : end,
-                        nodeAt(roads_[outer.end.road], outer.end.side)});
+      moves_.push_back({outer.join, number, side, nodeAt(roads_[outer.end.road], outer.end.side)});
     }
   }
 
@@ -258,10 +272,12 @@ class ChainPlan {
   std::unordered_map<RoadImpl const*, std::size_t> numbers_;
   // By road number:
   std::vector<Road> roads_;
+  // The way that the road was cut from; none for one that was in the network before.
+  std::vector<std::optional<RoadWayIds::WayId>> ways_;
   std::vector<std::array<Join, 2>> joins_;  // at its start and its end
   std::vector<std::size_t> parents_;        // towards the root of the road's chain
   std::vector<Chain> chains_;               // valid for roots
-  std::vector<Node> joinedNodes_;
+  std::vector<Joint> joints_;
   std::vector<Result> results_;
   std::vector<Move> moves_;
 };

@@ -35,6 +35,7 @@ std::vector<Piece> cutWays(RoadNetworkImporter& importer) {
   std::span<std::uint32_t const> numbers = importer.wayNodeNumbers;
   for (Way const* const way : importer.selectedWays) {
     auto const& references = way->nodeReferences;
+    if (numbers.size() < references.size()) support::throwMissing();
     // Both ends of a way are junctions: the first opens a road, the last closes one. A junction
     // between them does both.
     std::size_t start = 0;

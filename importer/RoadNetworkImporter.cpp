@@ -4,11 +4,11 @@
 #include "graph/createNodes.hpp"
 #include "graph/createRoads.hpp"
 #include "importer/setGeographicReference.hpp"
-#include "osm/collectWayAttributes.hpp"
-#include "osm/selectHighwayWays.hpp"
 #include "segments/assignSegmentElevations.hpp"
 #include "segments/createRoadSegments.hpp"
 #include "support/ustring.hpp"
+#include "ways/collectWayAttributes.hpp"
+#include "ways/selectHighwayWays.hpp"
 
 void RoadNetworkImporter::run(std::string const& fileName) {
   reader.setFile(support::to_ustring(fileName));

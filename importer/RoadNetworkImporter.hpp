@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "importer/RoadJoin.hpp"
 #include "importer/RoadWayIds.hpp"
 #include "model/roadnetwork/DirectionOfTravel.hpp"
 #include "model/roadnetwork/RoadNetwork.hpp"
@@ -40,4 +41,5 @@ class RoadNetworkImporter {
   /// the reader's node table, so that the node is looked up by its id only once.
   std::vector<std::uint32_t> wayNodeNumbers;
   RoadWayIds roadWayIds;
+  std::vector<RoadJoin> joins;  ///< in the order in which they were made
 };

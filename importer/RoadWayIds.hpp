@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -41,6 +42,12 @@ class RoadWayIds {
     if (from >= chains_.size() || chains_[from].first == end) return;
     if (to >= chains_.size()) chains_.resize(to + 1);
     append(chains_[to], std::exchange(chains_[from], Chain()));
+  }
+
+  /// The first way of the road, if it has any.
+  std::optional<WayId> first(RoadId road) const {
+    if (road >= chains_.size() || chains_[road].first == end) return std::nullopt;
+    return entries_[chains_[road].first].way;
   }
 
   /// Calls `action` with each way of the road, in order.

@@ -70,6 +70,11 @@ class TagMap {
     return const_iterator(tag);
   }
   bool contains(std::u16string_view key) const noexcept { return find(key) != end(); }
+  /// Whether the key is there, with exactly this value.
+  bool has(std::u16string_view key, std::u16string_view value) const noexcept {
+    const_iterator const found = find(key);
+    return found != end() && found->second == value;
+  }
   /// Throws std::out_of_range("_Map_base::at") when there is no such key.
   std::u16string const& at(std::u16string_view key) const {
     const_iterator const found = find(key);

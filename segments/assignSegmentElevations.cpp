@@ -1,22 +1,17 @@
 #include "segments/assignSegmentElevations.hpp"
 
-#include <locale>
 #include <optional>
-#include <sstream>
-#include <string>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
 #include "segments/ConstantSequences.hpp"
 #include "segments/elevationProfile.hpp"
 #include "support/lookup.hpp"
-#include "support/ustring.hpp"
+#include "tags/layer.hpp"
 
 using velora::roadnetwork::RoadSegment;
 
 namespace {
-
-constexpr double layerHeight = 4.9;
 
 // By road id; none for a road that was absorbed by another.
 class RoadElevations {
@@ -43,8 +38,8 @@ RoadElevations computeRoadElevations(RoadNetworkImporter& importer) {
     double sum = 0.0;
     std::size_t count = 0;
     roadWayIds.forEach(id, [&](RoadWayIds::WayId way) {
+      importer.reader.populate(importer.reader.ways);  // a reader may fill its tables when asked
       if (way != lastWay) {
-        importer.reader.populate(importer.reader.ways);
         lastElevation = wayLayerElevation(importer.reader.ways.at(way).tags);
         lastWay = way;
       }
@@ -91,23 +86,6 @@ void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadEle
 }
 
 }  // namespace
-
-double wayLayerElevation(OpenStreetMap::Tags const& tags) {
-  auto const number = layerNumber(tags);
-  return number ? layerHeight * *number : 0.0;
-}
-
-std::optional<double> layerNumber(OpenStreetMap::Tags const& tags) {
-  static std::u16string const key = u"layer";
-  auto const layer = tags.find(key);
-  if (layer == tags.end()) return std::nullopt;
-  std::istringstream text(support::ustring_to_utf8(layer->second));
-  text.imbue(std::locale::classic());  // a decimal point, whatever the host's locale
-  text.exceptions(std::ios::badbit);   // or it would take a failed allocation for a bad number
-  double number = 0.0;
-  if (!(text >> number)) return std::nullopt;
-  return number;
-}
 
 void assignSegmentElevations(RoadNetworkImporter& importer) {
   RoadElevations const roadElevations = computeRoadElevations(importer);

@@ -17,7 +17,8 @@ using SegmentNodes = support::ModelIdMap<RoadSegmentNode>;
 
 SegmentNodes createSegmentNodes(RoadNetworkImporter& importer) {
   auto const& nodes = importer.roadNetwork->getNodes();
-  SegmentNodes segmentNodesByNodeId(nodes.size());
+  SegmentNodes segmentNodesByNodeId;
+  segmentNodesByNodeId.reserve(nodes.size());  // never rehashed
   for (auto const& [id, node] : nodes) {
     RoadSegmentNode const segmentNode =
         RoadSegmentNode::create(importer.model, boost::uuids::uuid{});

@@ -2,15 +2,16 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <numeric>
 #include <random>
 #include <sstream>
 
 #include "graph/JoinedName.hpp"
 #include "importer/geographicLimits.hpp"
-#include "osm/collectWayAttributes.hpp"
-#include "segments/assignSegmentElevations.hpp"
 #include "segments/elevationProfile.hpp"
 #include "support/ustring.hpp"
+#include "tags/layer.hpp"
+#include "tags/name.hpp"
 #include "tests/fixture/Import.hpp"
 
 using testing::ElementsAre;
@@ -259,8 +260,10 @@ TEST(JoinedName, IsThatOfAPlainSearchHoweverLong) {
     for (int i = 0; i < 2000; ++i) {
       std::u16string other(random() % 12 + (random() % 50 == 0 ? expected.size() : 0), u'a');
       for (char16_t& unit : other) unit = static_cast<char16_t>(u'a' + random() % letters);
-      if (random() % 3 == 0 && expected.size() > 12) {
-        other = expected.substr(random() % 2 * (random() % (expected.size() - 12)), random() % 12);
+      if (random() % 3 == 0 && !expected.empty()) {  // a part of any size, or nearly one
+        std::size_t const from = random() % expected.size();
+        other = expected.substr(from, random() % 2 == 0 ? 12 : random() % expected.size());
+        if (random() % 4 == 0) other.back() = u'-';
       }
       JoinedName joined(other);
       if (random() % 2 == 0) {
@@ -274,6 +277,22 @@ TEST(JoinedName, IsThatOfAPlainSearchHoweverLong) {
       }
       ASSERT_EQ(name.text(), expected) << i;
       if (expected.size() > 20000) break;
+    }
+  }
+}
+
+TEST(JoinedName, HoldsPartsAcrossWhatWasPutInFront) {
+  std::u16string expected(1000, u'-');
+  std::iota(expected.begin(), expected.end(), u'\x3000');  // no unit twice
+  JoinedName name(expected), same(expected), first(u"ab");
+  name.join(same);  // a long name is indexed when something is joined to it
+  first.join(name);
+  expected = u"ab-" + expected;
+  for (std::size_t from = 0; from < 5; ++from) {
+    for (std::size_t size = 1; size < 8; ++size) {
+      JoinedName part(expected.substr(from, size));
+      first.join(part);
+      ASSERT_EQ(first.text(), expected) << from << ' ' << size;
     }
   }
 }

@@ -1,24 +1,19 @@
-#include "osm/selectHighwayWays.hpp"
+#include "ways/selectHighwayWays.hpp"
 
 #include <algorithm>
 #include <string>
-#include <unordered_set>
+
+#include "tags/highway.hpp"
 
 using OpenStreetMap::Reader;
 using OpenStreetMap::Way;
 
 namespace {
 
-std::unordered_set<std::u16string> const highwayTypes{
-    u"motorway",      u"trunk",        u"primary",        u"secondary",
-    u"tertiary",      u"unclassified", u"residential",    u"motorway_link",
-    u"trunk_link",    u"primary_link", u"secondary_link", u"tertiary_link",
-    u"living_street", u"service",      u"raceway",        u"road"};
-
 bool allNodesPresent(Reader& reader, Way const* way) {
   if (way->nodeReferences.empty()) return false;
   for (OpenStreetMap::Id const id : way->nodeReferences) {
-    reader.populate(reader.nodes);
+    reader.populate(reader.nodes);  // reads at the first call, and returns at once after that
     if (reader.nodes.find(id) == nullptr) return false;
   }
   return way->nodeReferences.size() >= 2;
@@ -36,9 +31,4 @@ std::vector<Way const*> selectHighwayWays(Reader& reader) {
   // Every later stage depends on this order, so it is not left to the reader's.
   std::sort(ways.begin(), ways.end(), [](Way const* a, Way const* b) { return a->id < b->id; });
   return ways;
-}
-
-bool isRoad(OpenStreetMap::Tags const& tags) {
-  auto const highway = tags.find(u"highway");
-  return highway != tags.end() && highwayTypes.contains(highway->second);
 }

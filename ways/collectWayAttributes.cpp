@@ -1,0 +1,16 @@
+#include "ways/collectWayAttributes.hpp"
+
+#include "importer/RoadNetworkImporter.hpp"
+#include "tags/name.hpp"
+#include "tags/oneway.hpp"
+
+using OpenStreetMap::Way;
+
+void collectWayAttributes(RoadNetworkImporter& importer) {
+  importer.wayNames.reserve(importer.selectedWays.size());
+  importer.wayDirections.reserve(importer.selectedWays.size());
+  for (Way const* const way : importer.selectedWays) {
+    importer.wayNames.try_emplace(way->id, wayName(way->id, way->tags));
+    importer.wayDirections.try_emplace(way->id, wayDirection(way->tags));
+  }
+}
