@@ -8,7 +8,7 @@
 #include <string>
 #include <system_error>
 
-#include "support/ustring.hpp"
+#include "support/printable.hpp"
 
 namespace {
 

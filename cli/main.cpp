@@ -19,7 +19,7 @@
 #include "export/writeReport.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "report/ImportReport.hpp"
-#include "support/ustring.hpp"
+#include "support/printable.hpp"
 
 namespace {
 

@@ -172,7 +172,7 @@ class ElementTable {
   // The place of the slot that holds `id`, or of the free slot where it belongs. There must be one.
   std::size_t slotOf(std::int64_t id) const noexcept {
     std::size_t const mask = slots_.size() - 1;
-    std::size_t at = support::IdHash()(id) & mask;
+    std::size_t at = hash_(id) & mask;
     while (slots_[at].occupied() &&
            !(slots_[at].mayHold(id) && record(slots_[at].number()).id == id)) {
       at = (at + 1) & mask;
@@ -184,9 +184,7 @@ class ElementTable {
   void makeIndex(std::size_t count) {
     std::vector<Slot> slots(std::max(firstSlots, std::bit_ceil(2 * count)));
     std::size_t const mask = slots.size() - 1;
-    auto const home = [&](std::size_t number) {
-      return support::IdHash()(record(number).id) & mask;
-    };
+    auto const home = [&](std::size_t number) { return hash_(record(number).id) & mask; };
     for (std::size_t number = 0; number < size_; ++number) {
       // The slots are all over the memory: the ones to come are fetched meanwhile.
       if (number + ahead < size_) __builtin_prefetch(&slots[home(number + ahead)], 1);
@@ -200,6 +198,7 @@ class ElementTable {
   std::vector<std::unique_ptr<Storage[]>> blocks_;
   std::vector<Slot> slots_;
   std::size_t size_ = 0;
+  support::IdHash hash_;
 };
 
 }  // namespace OpenStreetMap

@@ -18,9 +18,10 @@ namespace OpenStreetMap {
 /// One file: OSM XML or PBF, plain or in gzip or bzip2, told apart by content.
 ///
 /// The first `populate` reads the whole file in one pass on the caller's thread and fills all three
-/// tables; every later one returns at once. What isn't stored: elements with visible="false" or
-/// action="delete", nodes without a position; of two elements of a kind with one id the first
-/// stays, of two tags with one key the first.
+/// tables; every later one returns at once. Not stored are elements with visible="false" or
+/// action="delete", and nodes without a position. Of two elements of a kind with one id the first
+/// stays, but where a newer version stands right after an older one, the file is refused: it would
+/// give an old map. Of two tags with one key the first stays.
 class Reader {
   // Declared first: destroyed last, after the tables that point into the buffer.
   FileHandle file_;

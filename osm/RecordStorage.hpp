@@ -10,6 +10,8 @@
 #include <type_traits>
 #include <unordered_set>
 
+#include "support/TextHash.hpp"
+
 namespace OpenStreetMap {
 
 /// Keeps the node references, tags and members of all records in large blocks, and each distinct
@@ -30,11 +32,8 @@ class RecordStorage {
   std::u16string const* intern(std::string_view utf8);
 
  private:
-  struct Hash {
+  struct Hash : support::TextHash {
     using is_transparent = void;
-    std::size_t operator()(std::u16string_view text) const noexcept {
-      return std::hash<std::u16string_view>()(text);
-    }
   };
 
   std::pmr::monotonic_buffer_resource blocks_{64 * 1024};

@@ -30,7 +30,8 @@ class TagMap {
 
   class const_iterator {
    public:
-    using iterator_category = std::input_iterator_tag;
+    using iterator_category = std::input_iterator_tag;  // since it returns no real reference
+    using iterator_concept = std::forward_iterator_tag;
     using value_type = TagMap::value_type;
     using difference_type = std::ptrdiff_t;
     using reference = value_type;
@@ -46,6 +47,11 @@ class TagMap {
     const_iterator& operator++() noexcept {
       ++tag_;
       return *this;
+    }
+    const_iterator operator++(int) noexcept {
+      const_iterator const before = *this;
+      ++tag_;
+      return before;
     }
     friend bool operator==(const_iterator const&, const_iterator const&) noexcept = default;
 
@@ -85,5 +91,6 @@ class TagMap {
  private:
   std::span<Tag const> tags_;
 };
+static_assert(std::forward_iterator<TagMap::const_iterator>);
 
 }  // namespace OpenStreetMap

@@ -28,6 +28,10 @@ constexpr Id osmId(std::uint64_t modelId) noexcept {
 
 using Tags = TagMap;
 
+/// The ranges of coordinates, in degrees to both sides of 0.
+inline constexpr double maxLatitude = 90.0;
+inline constexpr double maxLongitude = 180.0;
+
 struct Way {
   Id id;
   Tags tags;
@@ -37,8 +41,8 @@ struct Way {
 struct Node {
   Id id;
   Tags tags;
-  double first;   ///< latitude in degrees, -90 to 90, as precise as the file gives it
-  double second;  ///< longitude in degrees, -180 to 180
+  double first;   ///< latitude in degrees, as precise as the file gives it
+  double second;  ///< longitude in degrees
 };
 
 struct Member {
@@ -53,8 +57,8 @@ struct Relation {
   std::span<Member const> members;  ///< in file order
 };
 
-/// A lowest and a highest value in degrees, both NaN while unknown. Where a file's only bounds
-/// cross the antimeridian, the first longitude is the greater one.
+/// A lowest and a highest value in degrees, both NaN while unknown. Longitudes that cross the
+/// antimeridian go from the first eastwards to the second, which is less.
 using Limits = std::pair<double, double>;
 inline constexpr Limits unknownLimits{std::numeric_limits<double>::quiet_NaN(),
                                       std::numeric_limits<double>::quiet_NaN()};

@@ -99,20 +99,6 @@ std::string codecvt_ustring_to_string::do_convert(char16_t const* text, std::siz
   return result;
 }
 
-std::string printable(std::string_view text) {
-  constexpr std::size_t longest = 1000;
-  std::u16string units;
-  decodeUtf8(text.substr(0, 4 * longest), units);
-  if (units.size() > longest) {
-    bool const cutsPair = U16_IS_LEAD(units[longest - 1]);
-    units.replace(cutsPair ? longest - 1 : longest, std::u16string::npos, u"...");
-  }
-  for (char16_t& unit : units) {
-    if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0)) unit = u'?';
-  }
-  return ustring_to_utf8(units.data(), units.size());
-}
-
 std::u16string decimal(std::int64_t number) {
   char digits[32];
   char const* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;

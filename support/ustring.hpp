@@ -33,7 +33,8 @@ class codecvt_ustring_to_string {
   codecvt_ustring_to_string(char const* encoding, int strict);
 
   /// When strict, throws std::range_error for ill-formed UTF-16 or characters that the encoding
-  /// lacks. Throws std::length_error for text that is too long for ICU, some 700 million code units.
+  /// lacks. Throws std::length_error for text that is too long for ICU, some 700 million code
+  /// units.
   std::string do_convert(char16_t const* text, std::size_t length) const;
 
  private:
@@ -42,10 +43,6 @@ class codecvt_ustring_to_string {
   };
   std::unique_ptr<UConverter, Close> converter_;
 };
-
-/// Text of any kind as one line of well-formed UTF-8, for messages: control characters become '?',
-/// ill-formed sequences U+FFFD, and what exceeds 1,000 UTF-16 code units is left out.
-std::string printable(std::string_view text);
 
 /// A number as signed decimal text, as the format "%ld" writes it.
 std::u16string decimal(std::int64_t number);

@@ -7,8 +7,11 @@
 #include <charconv>
 #include <map>
 #include <random>
+#include <set>
 
 #include "osm/ReadError.hpp"
+#include "support/IdHash.hpp"
+#include "support/TextHash.hpp"
 #include "support/ustring.hpp"
 #include "tests/fixture/PbfFile.hpp"
 #include "tests/fixture/TemporaryFile.hpp"
@@ -92,36 +95,38 @@ std::map<std::string, std::string> allFormats(int more = 0) {
   std::string xml =
       R"(<osm version='0.6'><remark> runtime notice </remark><note>runtime error</note>
 <node id='-9223372036854775808' lat='48.123346701' lon='11.065463425'><tag k='ü😀' v=''/></node>
-<node id='-1' lat='-89.999999996' lon="179.999999993">
+<node id='-1' lat='-89.999999996' lon="179.999999993" version='1'>
   <tag k='x' v="a&amp;b &lt;'&quot;>&#10;&#x9;"/><tag k='x' v='second'/></node>
-<node id='0' lat='1' lon='1' visible='false'><tag k='deleted' v='yes'/></node>
+<node id='0' lat='north' visible='false' version='9'><tag k='deleted' v='yes'/></node>
 <node id='0'><tag k='nowhere' v='yes'/></node>
 <node id='0' lat='3e-9' lon='-.000000005'><x><tag k='inside' v='yes'/></x></node>
 <node id='9223372036854775807' lat='7.0000000030' lon='-7.000000005'><tag k='x' v='é'/></node>
-<node id='-1' lat='3' lon='3'><tag k='x' v='of a second node'/></node>
+<node id='-1' lat='3' lon='3' version='2'><tag k='x' v='of a second node'/></node>
 <way id='9223372036854775807'><nd ref='-9223372036854775808'/><nd ref='-1'/><nd ref='-1'/>
   <nd ref='9223372036854775806'/><tag k='highway' v=''/><tag k='name' v='é'/></way>
 <way id='-9223372036854775808' action='delete'><nd ref='0'/><tag k='highway' v='road'/></way>
 <way id='-9223372036854775808' action='modify'/><way id='9223372036854775807'><nd ref='0'/></way>
-<relation id='1' visible='false'><member type='node' ref='-1' role='stop'/></relation>
-<relation id='1'><member type='node' ref='-1' role='stop'/><member type='way' ref='0' role=''/>
+<relation id='1' visible='false' version='2'><member type='node' ref='-1' role='stop'/></relation>
+<relation id='1' version='2'><member type='node' ref='-1' role='stop'/><member type='way' ref='0' role=''/>
   <member type='relation' ref='9223372036854775807' role='Straße'/><tag k='type' v='x'/></relation>
-<relation id='1'><tag k='type' v='y'/></relation>)";
+<relation id='1' version='1'><tag k='type' v='y'/></relation>)";
   PbfBlock block{.granularity = 7, .latitudeOffset = 3, .longitudeOffset = -5};
   // In an order in which no difference between ids overflows.
-  block.nodes = {{lowestId, 6'874'763'814, 1'580'780'490, {{"ü😀", ""}}},
-                 {-1, -12'857'142'857, 25'714'285'714, {{"x", "a&b <'\">\n\t"}, {"x", "second"}}},
-                 {0, 1, 1, {{"deleted", "yes"}}, false},
-                 {0, 0, 0},
-                 {highestId, 1'000'000'000, -1'000'000'000, {{"x", "é"}}},
-                 {-1, 3, 3, {{"x", "of a second node"}}}};
+  block.nodes = {
+      {lowestId, 6'874'763'814, 1'580'780'490, {{"ü😀", ""}}},
+      {-1, -12'857'142'857, 25'714'285'714, {{"x", "a&b <'\">\n\t"}, {"x", "second"}}, true, 1},
+      {0, highestId / 7, 1, {{"deleted", "yes"}}, false, 9},
+      {0, 0, 0},
+      {highestId, 1'000'000'000, -1'000'000'000, {{"x", "é"}}},
+      {-1, 3, 3, {{"x", "of a second node"}}, true, 2}};
   block.ways = {{highestId, {lowestId, -1, -1, highestId - 1}, {{"highway", ""}, {"name", "é"}}},
                 {lowestId, {0}, {{"highway", "road"}}, false},
                 {lowestId},
                 {highestId, {0}}};
-  block.relations = {{1, {{0, -1, "stop"}}, {}, false},
-                     {1, {{0, -1, "stop"}, {1, 0, ""}, {2, highestId, "Straße"}}, {{"type", "x"}}},
-                     {1, {}, {{"type", "y"}}}};
+  block.relations = {
+      {1, {{0, -1, "stop"}}, {}, false, 2},
+      {1, {{0, -1, "stop"}, {1, 0, ""}, {2, highestId, "Straße"}}, {{"type", "x"}}, true, 2},
+      {1, {}, {{"type", "y"}}, true, 1}};
   for (std::mt19937 random(1); more > 0; --more) {
     auto const any = [&] { return static_cast<Id>(random()); };
     Id const id = any() % 1'000'000, lat = any(), lon = any();
@@ -191,9 +196,15 @@ TEST(Reader, ReadsTheSameFromAllFormatsOfALargeMap) {
   for (auto const& [format, bytes] : files) EXPECT_TRUE(read(bytes) == expected) << format;
 }
 
+// And no node that is nowhere.
 TEST(Reader, ReadsEachBlockOfAPbfFileForItself) {
-  PbfBlock const fine{1, -1'000'000'001, 1'000'000'000, false, {{8, -1, -2, {{"ref", "é"}}}}};
-  PbfBlock const bare{.nodes = {{9}}}, plain{.nodes = {{7, 5, 6, {{"name", "é"}}}}};
+  PbfBlock const fine{1,
+                      -1'000'000'001,
+                      1'000'000'000,
+                      false,
+                      {{8, -1, -2, {{"ref", "é"}}}, {1, 215'748'364'701, 213'748'364'700}}};
+  PbfBlock const bare{.nodes = {{2, 2'147'483'647, 2'147'483'647}, {9}}},
+      plain{.nodes = {{7, 5, 6, {{"name", "é"}}}}};
   std::string const box = "\x0A\x08\x08\x01\x10\x04\x18\x06\x20\x07";  // of -1, 2, 3, -4
   EXPECT_EQ(read(pbfFile(box, {fine, bare, plain}, PbfPacking::zlib)),
             "-4e-09 3e-09 -1e-09 2e-09\nn8 ref=é @-1.000000002,0.999999998\nn9 @0,0\nn7 name=é "
@@ -203,6 +214,10 @@ TEST(Reader, ReadsEachBlockOfAPbfFileForItself) {
 TEST(Reader, KnowsTheLimits) {
   std::string const box = "<bounds minlat='1' minlon='2' maxlat='3' maxlon='4'/>";
   std::string const node = "<node id='1' lat='50' lon='-18e1'/>";
+  auto const bounds = [](int west, int east) {
+    return "<bounds minlat='1' minlon='" + std::to_string(west) + "' maxlat='3' maxlon='" +
+           std::to_string(east) + "'/>";
+  };
   // clang-format off
   std::pair<std::string, std::string> const cases[] = {
       {node + box + "<node id='2' lat='-51' lon='1'/>", "1 3 2 4\nn1 @50,-180\nn2 @-51,1"},
@@ -210,13 +225,39 @@ TEST(Reader, KnowsTheLimits) {
        "50 50 -180 -180\nn1 @50,-180"},
       {"<bound box='-1,-2,3,4'/><bounds minlat='2' minlon='-3' maxlat='5' maxlon='3'/>",
        "-1 5 -3 4"},
-      {"<bounds minlat='1' minlon='179' maxlat='3' maxlon='-179'/>", "1 3 179 -179"},
+      {bounds(179, -179), "1 3 179 -179"},
+      {bounds(-170, -160) + bounds(175, -175) + bounds(160, 165), "1 3 160 -160"},
+      {bounds(160, 165) + bounds(170, -160) + bounds(175, -175), "1 3 160 -160"},
+      {bounds(170, -170) + bounds(-170, 165) + bounds(160, 170), "1 3 -180 180"},
+      {"<node id='1' lat='1e-400' lon='-1e-400'/>", "0 0 -0 -0\nn1 @0,-0"},
       {"<way id='1'>" + box + "<nd ref='1' lat='5' lon='6'/></way>", nothing + "\nw1 1"}};
   // clang-format on
   for (auto const& [body, expected] : cases) EXPECT_EQ(read("<osm>" + body + "</osm>"), expected);
 }
 
-// X stands for U+FFFD.
+// Also of more than are searched one by one, and of each element for itself.
+TEST(Reader, KeepsTheFirstOfTheTagsWithOneKey) {
+  std::string tags, expected = nothing;
+  PbfTags pbfTags;
+  for (int const i : {0, 1, 2}) {
+    for (int key = 0; key < 70 - i; ++key) {
+      pbfTags.emplace_back(std::to_string(key), std::to_string(i));
+      tags += "<tag k='" + pbfTags.back().first + "' v='" + pbfTags.back().second + "'/>";
+    }
+  }
+  PbfBlock block;
+  std::string xml = "<osm>";
+  for (int const id : {1, 2}) {
+    xml += "<way id='" + std::to_string(id) + "'>" + tags + "</way>";
+    block.ways.push_back({id, {}, pbfTags});
+    expected += "\nw" + std::to_string(id);
+    for (int key = 0; key < 70; ++key) expected += " " + std::to_string(key) + "=0";
+  }
+  EXPECT_EQ(read(xml + "</osm>"), expected);
+  EXPECT_EQ(read(pbfFile({}, {block})), expected);
+}
+
+// ~ stands for U+FFFD.
 TEST(Reader, ReplacesIllFormedUtf8) {
   std::string const name =
       "a\0b|\xFF|\xC0\xAF|\xE0\x80\xAF|\xF4\x90\x80\x80|\xED\xA0\xBD\xED\xB8\x80|\xF0\x9F\x98x|"
@@ -264,8 +305,29 @@ TEST(ElementTable, HoldsIdsInStepsOfAnySize) {
       EXPECT_EQ(table.find(3 + (Id{1} << 18)), nullptr);
       EXPECT_EQ(table.insert({0, {}, 3.0, 4.0}), nullptr);
     }
-    EXPECT_EQ(table.size(), 200'000u);
   }
+}
+
+// Keys that collide under the hashes that everybody knows: the finaliser of MurmurHash3, undone
+// here, and the standard library's.
+TEST(ReaderHashes, SpreadKeysThatWereChosenToCollide) {
+  std::set<std::size_t> places;
+  std::size_t ids = 0;
+  for (std::uint64_t i = 0; ids < 20'000; ++i) {
+    std::uint64_t group = i << 40;
+    for (std::uint64_t const factor : {0x9cb4b2f8129337db, 0x4f74430c22a54005UL}) {
+      group = (group ^ group >> 33) * factor;
+    }
+    group ^= group >> 33;
+    if (group >> 58 != 0) continue;  // an id has six bits more
+    places.insert(support::IdHash()(group << 6) & 0xFFFF'FFFF);
+    ++ids;
+  }
+  EXPECT_GT(places.size(), 19'900u);
+  std::u16string const text = u"baaa\uA948\u2F51\uE5AE\u00EE",
+                       other = u"caaa\uD6E0\uE86C\u9CEF\u6141";
+  EXPECT_EQ(std::hash<std::u16string>()(text), std::hash<std::u16string>()(other));
+  EXPECT_NE(support::TextHash()(text), support::TextHash()(other));
 }
 
 }  // namespace

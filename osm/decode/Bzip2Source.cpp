@@ -28,7 +28,7 @@ std::size_t Bzip2Source::read(char* buffer, std::size_t size) {
   stream_.avail_out = room;
   while (!finished_ && stream_.avail_out == room) {
     if (stream_.avail_in == 0 && !refill()) fail("the bzip2 stream is cut short");
-    switch (BZ2_bzDecompress(&stream_)) {
+    switch (BZ2_bzDecompress(&stream_)) {  // which compares the checksums, too
       case BZ_OK:
         break;
       case BZ_STREAM_END:

@@ -1,4 +1,5 @@
-// Unpacks a bzip2 file: any number of streams, one after the other, are one.
+// Unpacks a bzip2 file: any number of streams, one after the other, are one. Anything else after a
+// stream is refused, as are wrong checksums.
 #pragma once
 
 #include <bzlib.h>

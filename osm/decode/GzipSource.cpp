@@ -24,13 +24,14 @@ std::size_t GzipSource::read(char* buffer, std::size_t size) {
   stream_.next_out = reinterpret_cast<Bytef*>(buffer);
   stream_.avail_out = room;
   while (!finished_ && stream_.avail_out == room) {
+    // zlib reads the trailer of each member, too: a wrong checksum or length is Z_DATA_ERROR.
     if (stream_.avail_in == 0 && !refill()) fail("the gzip stream is cut short");
     int const status = inflate(&stream_, Z_NO_FLUSH);
     if (status == Z_STREAM_END) {
       finished_ = !startNextMember();
     } else if (status == Z_MEM_ERROR) {
       throw std::bad_alloc();
-    } else if (status != Z_OK && status != Z_BUF_ERROR) {
+    } else if (status != Z_OK && status != Z_BUF_ERROR) {  // the latter only wants more bytes
       fail(stream_.msg != nullptr ? stream_.msg : "the gzip stream is damaged");
     }
   }

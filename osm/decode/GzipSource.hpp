@@ -1,5 +1,5 @@
 // Unpacks a gzip file (RFC 1952): any number of members, one after the other, are one stream. Zero
-// bytes after the last member are padding.
+// bytes after the last member are padding; anything else there is refused, as are wrong checksums.
 #pragma once
 
 #include <zlib.h>

@@ -9,23 +9,10 @@
 #include <optional>
 #include <string>
 
+#include "osm/decode/pbfFieldNumbers.hpp"
 #include "osm/decode/pbfFields.hpp"
 
 namespace OpenStreetMap {
-namespace {
-
-// The fields of a Blob. Its data stands in exactly one of those from 3 on, or in `raw`.
-enum BlobField : protozero::pbf_tag_type {
-  raw = 1,
-  rawSize = 2,
-  zlibData = 3,
-  lzmaData = 4,
-  bzip2Data = 5,
-  lz4Data = 6,
-  zstdData = 7,
-};
-
-}  // namespace
 
 void PbfBlobUnpacker::FreeDecompressor::operator()(
     libdeflate_decompressor* decompressor) const noexcept {
@@ -38,22 +25,22 @@ PbfBlobUnpacker::PbfBlobUnpacker() : zlib_(libdeflate_alloc_decompressor()) {
 
 std::string_view PbfBlobUnpacker::unpack(std::string_view blob) {
   std::optional<std::int32_t> size;
-  std::optional<protozero::pbf_tag_type> kind;
+  std::optional<BlobField> kind;
   std::string_view data;
   pbf::pbf_reader fields(blob.data(), blob.size());
   while (fields.next()) {
-    switch (fields.tag()) {
-      case rawSize:
+    switch (BlobField{fields.tag()}) {
+      case BlobField::rawSize:
         size = pbf::int32(fields);
         break;
-      case raw:
-      case zlibData:
-      case lzmaData:
-      case bzip2Data:
-      case lz4Data:
-      case zstdData:
+      case BlobField::raw:
+      case BlobField::zlibData:
+      case BlobField::lzmaData:
+      case BlobField::bzip2Data:
+      case BlobField::lz4Data:
+      case BlobField::zstdData:
         if (kind) throw pbf::InvalidData("the blob holds its data twice");
-        kind = fields.tag();
+        kind = BlobField{fields.tag()};
         data = pbf::bytes(fields);
         break;
       default:
@@ -61,9 +48,9 @@ std::string_view PbfBlobUnpacker::unpack(std::string_view blob) {
     }
   }
   if (!kind) throw pbf::InvalidData("the blob holds no data");
-  if (*kind == raw) return data;
-  if (*kind == lzmaData) throw pbf::InvalidData("lzma compression is not supported");
-  if (*kind == bzip2Data) throw pbf::InvalidData("bzip2 compression is not supported");
+  if (*kind == BlobField::raw) return data;
+  if (*kind == BlobField::lzmaData) throw pbf::InvalidData("lzma compression is not supported");
+  if (*kind == BlobField::bzip2Data) throw pbf::InvalidData("bzip2 compression is not supported");
   if (!size) throw pbf::InvalidData("the compressed blob does not say how large its data is");
   if (*size < 0 || static_cast<std::size_t>(*size) > maxBlobSize) {
     throw pbf::InvalidData("the blob claims " + std::to_string(*size) +
@@ -71,10 +58,10 @@ std::string_view PbfBlobUnpacker::unpack(std::string_view blob) {
   }
   buffer_.resize(static_cast<std::size_t>(*size));
   switch (*kind) {
-    case zlibData:
+    case BlobField::zlibData:
       unpackZlib(data);
       break;
-    case lz4Data:
+    case BlobField::lz4Data:
       unpackLz4(data);
       break;
     default:

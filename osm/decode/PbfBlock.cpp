@@ -4,6 +4,9 @@
 #include <optional>
 #include <string>
 
+#include "osm/decode/PbfElement.hpp"
+#include "osm/decode/pbfFieldNumbers.hpp"
+
 namespace OpenStreetMap {
 namespace {
 
@@ -24,35 +27,8 @@ std::int64_t nanodegrees(std::int64_t offset, std::int64_t granularity, std::int
   return sum(offset, result, what);
 }
 
-// The `visible` field of an Info message; history files use it, and some others.
-bool isVisible(pbf::pbf_reader info) {
-  bool visible = true;
-  while (info.next()) {
-    if (info.tag() == 6) {
-      visible = pbf::boolean(info);
-    } else {
-      info.skip();
-    }
-  }
-  return visible;
-}
-
-pbf::PackedBool visibleFlags(pbf::pbf_reader denseInfo) {
-  pbf::PackedBool flags;
-  while (denseInfo.next()) {
-    if (denseInfo.tag() == 6) {
-      pbf::readPacked(denseInfo, flags);
-    } else {
-      denseInfo.skip();
-    }
-  }
-  return flags;
-}
-
-std::int64_t requiredId(std::optional<std::int64_t> id, char const* element) {
-  if (!id) throw pbf::InvalidData(std::string(element) + " without id");
-  return *id;
-}
+// The position of a node that has none: 2147483647 in units of 100 nanodegrees.
+constexpr std::int64_t nowhere = 2147483647LL * 100;
 
 }  // namespace
 
@@ -75,21 +51,21 @@ void PbfBlockDecoder::decode(std::string_view block) {
   // What a group needs to be understood may stand after it.
   pbf::pbf_reader fields(block.data(), block.size());
   while (fields.next()) {
-    switch (fields.tag()) {
-      case 1:
+    switch (BlockField{fields.tag()}) {
+      case BlockField::strings:
         readStrings(pbf::message(fields));
         hasStrings = true;
         break;
-      case 2:
+      case BlockField::group:
         groups_.push_back(pbf::message(fields));
         break;
-      case 17:
+      case BlockField::granularity:
         granularity_ = pbf::int32(fields);
         break;
-      case 19:
+      case BlockField::latitudeOffset:
         latitudeOffset_ = pbf::int64(fields);
         break;
-      case 20:
+      case BlockField::longitudeOffset:
         longitudeOffset_ = pbf::int64(fields);
         break;
       default:
@@ -103,7 +79,7 @@ void PbfBlockDecoder::decode(std::string_view block) {
 
 void PbfBlockDecoder::readStrings(pbf::pbf_reader table) {
   while (table.next()) {
-    if (table.tag() == 1) {
+    if (StringTableField{table.tag()} == StringTableField::string) {
       strings_.push_back({pbf::bytes(table), nullptr});
     } else {
       table.skip();
@@ -113,17 +89,17 @@ void PbfBlockDecoder::readStrings(pbf::pbf_reader table) {
 
 void PbfBlockDecoder::decodeGroup(pbf::pbf_reader group) {
   while (group.next()) {
-    switch (group.tag()) {
-      case 1:
+    switch (GroupField{group.tag()}) {
+      case GroupField::node:
         decodeNode(pbf::message(group));
         break;
-      case 2:
+      case GroupField::dense:
         decodeDense(pbf::message(group));
         break;
-      case 3:
+      case GroupField::way:
         decodeWay(pbf::message(group));
         break;
-      case 4:
+      case GroupField::relation:
         decodeRelation(pbf::message(group));
         break;
       default:
@@ -133,44 +109,27 @@ void PbfBlockDecoder::decodeGroup(pbf::pbf_reader group) {
 }
 
 void PbfBlockDecoder::decodeNode(pbf::pbf_reader node) {
-  std::optional<std::int64_t> id;
+  PbfElement element{ElementType::node};
   std::optional<std::int64_t> latitude;
   std::optional<std::int64_t> longitude;
-  pbf::PackedUint32 keys;
-  pbf::PackedUint32 values;
-  bool visible = true;
   while (node.next()) {
-    switch (node.tag()) {
-      case 1:
-        id = pbf::sint64(node);
-        break;
-      case 2:
-        pbf::readPacked(node, keys);
-        break;
-      case 3:
-        pbf::readPacked(node, values);
-        break;
-      case 4:
-        visible = isVisible(pbf::message(node));
-        break;
-      case 8:
+    switch (NodeField{node.tag()}) {
+      case NodeField::latitude:
         latitude = pbf::sint64(node);
         break;
-      case 9:
+      case NodeField::longitude:
         longitude = pbf::sint64(node);
         break;
       default:
-        node.skip();
+        element.read(node);
     }
   }
-  requiredId(id, "node");
-  if (!latitude || !longitude) throw pbf::InvalidData("node without lat or lon");
-  addTags(keys, values);
-  if (visible) {
-    storeNode(*id, *latitude, *longitude);
-  } else {
-    filler_.drop();
+  begin(element);
+  if (element.head().visible) {
+    if (!latitude || !longitude) throw pbf::InvalidData("node without lat or lon");
+    setPosition(*latitude, *longitude);
   }
+  filler_.end();
 }
 
 void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
@@ -178,22 +137,34 @@ void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
   pbf::PackedSint64 latitudes;
   pbf::PackedSint64 longitudes;
   pbf::PackedInt32 keysAndValues;
+  pbf::PackedInt32 versions;
   pbf::PackedBool visible;
   while (dense.next()) {
-    switch (dense.tag()) {
-      case 1:
+    switch (DenseField{dense.tag()}) {
+      case DenseField::ids:
         pbf::readPacked(dense, ids);
         break;
-      case 5:
-        visible = visibleFlags(pbf::message(dense));
+      case DenseField::info:
+        for (pbf::pbf_reader info = pbf::message(dense); info.next();) {
+          switch (InfoField{info.tag()}) {
+            case InfoField::version:
+              pbf::readPacked(info, versions);
+              break;
+            case InfoField::visible:
+              pbf::readPacked(info, visible);
+              break;
+            default:
+              info.skip();
+          }
+        }
         break;
-      case 8:
+      case DenseField::latitudes:
         pbf::readPacked(dense, latitudes);
         break;
-      case 9:
+      case DenseField::longitudes:
         pbf::readPacked(dense, longitudes);
         break;
-      case 10:
+      case DenseField::keysAndValues:
         pbf::readPacked(dense, keysAndValues);
         break;
       default:
@@ -201,19 +172,20 @@ void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
     }
   }
   bool const anyTags = !keysAndValues.empty();
-  std::int64_t id = 0;
   std::int64_t latitude = 0;
   std::int64_t longitude = 0;
+  TableFiller::Head node{ElementType::node};
   while (!ids.empty()) {
-    id = sum(id, pbf::next(ids, "ids"), "node id");
+    node.id = sum(node.id, pbf::next(ids, "ids"), "node id");
     latitude = sum(latitude, pbf::next(latitudes, "latitudes"), "latitude");
     longitude = sum(longitude, pbf::next(longitudes, "longitudes"), "longitude");
+    // What is known about the nodes may end before they do.
+    node.version = versions.empty() ? TableFiller::noVersion : pbf::next(versions, "versions");
+    node.visible = visible.empty() || pbf::next(visible, "visible flags");
+    filler_.begin(node);
+    if (node.visible) setPosition(latitude, longitude);
     if (anyTags) addDenseTags(keysAndValues);
-    if (visible.empty() || pbf::next(visible, "visible flags")) {
-      storeNode(id, latitude, longitude);
-    } else {
-      filler_.drop();
-    }
+    filler_.end();
   }
   if (!latitudes.empty() || !longitudes.empty() || !keysAndValues.empty() || !visible.empty()) {
     throw pbf::InvalidData("dense nodes with more coordinates, tags or flags than ids");
@@ -221,83 +193,45 @@ void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
 }
 
 void PbfBlockDecoder::decodeWay(pbf::pbf_reader way) {
-  std::optional<std::int64_t> id;
-  pbf::PackedUint32 keys;
-  pbf::PackedUint32 values;
+  PbfElement element{ElementType::way};
   pbf::PackedSint64 references;
-  bool visible = true;
   while (way.next()) {
-    switch (way.tag()) {
-      case 1:
-        id = pbf::int64(way);
-        break;
-      case 2:
-        pbf::readPacked(way, keys);
-        break;
-      case 3:
-        pbf::readPacked(way, values);
-        break;
-      case 4:
-        visible = isVisible(pbf::message(way));
-        break;
-      case 8:
-        pbf::readPacked(way, references);
-        break;
-      default:
-        way.skip();
+    if (WayField{way.tag()} == WayField::references) {
+      pbf::readPacked(way, references);
+    } else {
+      element.read(way);
     }
   }
-  requiredId(id, "way");
-  addTags(keys, values);
+  begin(element);
   std::int64_t node = 0;
   for (std::int64_t const delta : references) {
     node = sum(node, delta, "node reference");
     filler_.addReference(node);
   }
-  if (visible) {
-    filler_.storeWay(*id);
-  } else {
-    filler_.drop();
-  }
+  filler_.end();
 }
 
 void PbfBlockDecoder::decodeRelation(pbf::pbf_reader relation) {
-  std::optional<std::int64_t> id;
-  pbf::PackedUint32 keys;
-  pbf::PackedUint32 values;
+  PbfElement element{ElementType::relation};
   pbf::PackedInt32 roles;
   pbf::PackedSint64 references;
   pbf::PackedInt32 types;
-  bool visible = true;
   while (relation.next()) {
-    switch (relation.tag()) {
-      case 1:
-        id = pbf::int64(relation);
-        break;
-      case 2:
-        pbf::readPacked(relation, keys);
-        break;
-      case 3:
-        pbf::readPacked(relation, values);
-        break;
-      case 4:
-        visible = isVisible(pbf::message(relation));
-        break;
-      case 8:
+    switch (RelationField{relation.tag()}) {
+      case RelationField::roles:
         pbf::readPacked(relation, roles);
         break;
-      case 9:
+      case RelationField::references:
         pbf::readPacked(relation, references);
         break;
-      case 10:
+      case RelationField::types:
         pbf::readPacked(relation, types);
         break;
       default:
-        relation.skip();
+        element.read(relation);
     }
   }
-  requiredId(id, "relation");
-  addTags(keys, values);
+  begin(element);
   std::int64_t reference = 0;
   while (!references.empty()) {
     reference = sum(reference, pbf::next(references, "members"), "member reference");
@@ -312,19 +246,16 @@ void PbfBlockDecoder::decodeRelation(pbf::pbf_reader relation) {
   if (!types.empty() || !roles.empty()) {
     throw pbf::InvalidData("relation with more member types or roles than members");
   }
-  if (visible) {
-    filler_.storeRelation(*id);
-  } else {
-    filler_.drop();
-  }
+  filler_.end();
 }
 
-void PbfBlockDecoder::addTags(pbf::PackedUint32 keys, pbf::PackedUint32 values) {
-  while (!keys.empty()) {
-    std::u16string const* const key = string(pbf::next(keys, "keys"));
-    filler_.addTag(key, string(pbf::next(values, "values")));
+void PbfBlockDecoder::begin(PbfElement element) {
+  filler_.begin(element.head());
+  while (!element.keys.empty()) {
+    std::u16string const* const key = string(pbf::next(element.keys, "keys"));
+    filler_.addTag(key, string(pbf::next(element.values, "values")));
   }
-  if (!values.empty()) throw pbf::InvalidData("more tag values than keys");
+  if (!element.values.empty()) throw pbf::InvalidData("more tag values than keys");
 }
 
 // The tags of one dense node: keys and values by turns, up to a 0.
@@ -336,13 +267,12 @@ void PbfBlockDecoder::addDenseTags(pbf::PackedInt32& keysAndValues) {
   }
 }
 
-void PbfBlockDecoder::storeNode(std::int64_t id, std::int64_t latitude, std::int64_t longitude) {
-  filler_.storeNode(
-      id,
-      degreesFromNano(nanodegrees(latitudeOffset_, granularity_, latitude, "latitude"), 90.0,
-                      "latitude"),
-      degreesFromNano(nanodegrees(longitudeOffset_, granularity_, longitude, "longitude"), 180.0,
-                      "longitude"));
+void PbfBlockDecoder::setPosition(std::int64_t latitude, std::int64_t longitude) {
+  latitude = nanodegrees(latitudeOffset_, granularity_, latitude, "latitude");
+  longitude = nanodegrees(longitudeOffset_, granularity_, longitude, "longitude");
+  if (latitude == nowhere && longitude == nowhere) return;
+  filler_.setPosition(degreesFromNano(latitude, maxLatitude, "latitude"),
+                      degreesFromNano(longitude, maxLongitude, "longitude"));
 }
 
 std::u16string const* PbfBlockDecoder::string(std::uint64_t index) {

@@ -10,6 +10,8 @@
 
 namespace OpenStreetMap {
 
+class PbfElement;
+
 /// Nanodegrees to degrees, rounded as the same decimal number in a text file would be. Throws
 /// pbf::InvalidData when it is outside -limit to limit.
 double degreesFromNano(std::int64_t nanodegrees, double limit, char const* what);
@@ -30,9 +32,9 @@ class PbfBlockDecoder {
   void decodeWay(pbf::pbf_reader way);
   void decodeRelation(pbf::pbf_reader relation);
 
-  void addTags(pbf::PackedUint32 keys, pbf::PackedUint32 values);
+  void begin(PbfElement element);
   void addDenseTags(pbf::PackedInt32& keysAndValues);
-  void storeNode(std::int64_t id, std::int64_t latitude, std::int64_t longitude);
+  void setPosition(std::int64_t latitude, std::int64_t longitude);
   std::u16string const* string(std::uint64_t index);
 
   struct String {

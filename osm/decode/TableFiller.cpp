@@ -4,7 +4,20 @@
 #include <span>
 #include <stdexcept>
 
+#include "support/ustring.hpp"
+
 namespace OpenStreetMap {
+
+// A history file lists the versions of an element from the oldest on. Where the newer one comes
+// first, it is the one that stays, as it should.
+void TableFiller::checkVersions(Head const& previous, Head const& head) {
+  if (previous.version == noVersion || previous.version >= head.version) return;
+  std::string const name = support::ustring_to_utf8(elementNameByType.at(head.type));
+  throw std::runtime_error(name + ' ' + std::to_string(head.id) + " stands here in version " +
+                           std::to_string(head.version) + ", right after its version " +
+                           std::to_string(previous.version) +
+                           ": this is a history file, or a careless merge");
+}
 
 void TableFiller::addTag(std::u16string const* key, std::u16string const* value) {
   if (isNewKey(key)) tags_.push_back({key, value});
@@ -23,47 +36,40 @@ bool TableFiller::isNewKey(std::u16string const* key) {
   return manyKeys_.insert(key).second;
 }
 
-void TableFiller::storeNode(Id id, double latitude, double longitude) {
-  if (Node* const node = nodes_.insert({id, Tags(), latitude, longitude})) {
-    if (!tags_.empty()) node->tags = Tags(storage_.keep(std::span<Tag const>(tags_)));
-    extent_.latitude.add(latitude, latitude);
-    extent_.longitude.add(longitude, longitude);
+void TableFiller::end() {
+  if (!head_->visible) return;
+  switch (head_->type) {
+    case ElementType::node:
+      return storeNode();
+    case ElementType::way:
+      return storeWay();
+    case ElementType::relation:
+      return storeRelation();
   }
-  drop();
 }
 
-void TableFiller::storeWay(Id id) {
-  if (Way* const way = ways_.insert({id, Tags(), {}})) {
+void TableFiller::storeNode() {
+  if (!position_) return;
+  auto const [latitude, longitude] = *position_;
+  if (Node* const node = nodes_.insert({head_->id, Tags(), latitude, longitude})) {
+    if (!tags_.empty()) node->tags = Tags(storage_.keep(std::span<Tag const>(tags_)));
+    latitudes_.add(latitude, latitude);
+    longitudes_.add(longitude, longitude);
+  }
+}
+
+void TableFiller::storeWay() {
+  if (Way* const way = ways_.insert({head_->id, Tags(), {}})) {
     way->tags = Tags(storage_.keep(std::span<Tag const>(tags_)));
     way->nodeReferences = storage_.keep(std::span<Id const>(references_));
   }
-  drop();
 }
 
-void TableFiller::storeRelation(Id id) {
-  if (Relation* const relation = relations_.insert({id, Tags(), {}})) {
+void TableFiller::storeRelation() {
+  if (Relation* const relation = relations_.insert({head_->id, Tags(), {}})) {
     relation->tags = Tags(storage_.keep(std::span<Tag const>(tags_)));
     relation->members = storage_.keep(std::span<Member const>(members_));
   }
-  drop();
-}
-
-void TableFiller::drop() noexcept {
-  tags_.clear();
-  references_.clear();
-  members_.clear();
-  if (!manyKeys_.empty()) manyKeys_.clear();
-}
-
-void TableFiller::addBounds(double south, double west, double north, double east) {
-  if (south > north) throw std::runtime_error("bounds whose minimum latitude is above the maximum");
-  bounds_.latitude.add(south, north);
-  bounds_.longitude.add(west, east);
-}
-
-void TableFiller::Range::add(double lowest, double highest) noexcept {
-  low = std::min(low, lowest);
-  high = std::max(high, highest);
 }
 
 }  // namespace OpenStreetMap

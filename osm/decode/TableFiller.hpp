@@ -1,13 +1,15 @@
 // Where the decoders put what they find.
 #pragma once
 
-#include <limits>
+#include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
 
 #include "osm/RecordStorage.hpp"
+#include "osm/decode/Bounds.hpp"
 #include "osm/records.hpp"
 
 namespace OpenStreetMap {
@@ -16,56 +18,83 @@ namespace OpenStreetMap {
 /// there is one of its kind and id already. Keeps the extent of bounds and nodes.
 class TableFiller {
  public:
+  /// Stands for the version of an element that has none, as in the PBF format.
+  static constexpr std::int64_t noVersion = -1;
+
+  /// What elements of all kinds have.
+  struct Head {
+    ElementType type;
+    Id id = 0;
+    std::int64_t version = noVersion;
+    bool visible = true;
+  };
+
   TableFiller(RecordStorage& storage, NodeTable& nodes, WayTable& ways, RelationTable& relations)
       : storage_(storage), nodes_(nodes), ways_(ways), relations_(relations) {}
 
   std::u16string const* intern(std::string_view utf8) { return storage_.intern(utf8); }
 
+  /// Begins an element; one that was begun and not ended is forgotten. Throws std::runtime_error
+  /// when it is a newer version of the one of its kind just before it.
+  void begin(Head const& head) {
+    Head& last = last_[static_cast<std::size_t>(head.type)];
+    if (head.id == last.id) checkVersions(last, head);
+    last = head;
+    head_ = &last;
+    position_.reset();
+    tags_.clear();
+    references_.clear();
+    members_.clear();
+    if (!manyKeys_.empty()) manyKeys_ = {};  // once large, a set stays slow to clear
+  }
+  void setPosition(double latitude, double longitude) { position_ = {latitude, longitude}; }
   /// Of two tags with one key the first stays. Both strings are interned ones.
   void addTag(std::u16string const* key, std::u16string const* value);
   void addReference(Id node) { references_.push_back(node); }
   void addMember(Member const& member) { members_.push_back(member); }
+  /// Stores the element that was begun, unless it is not visible or a node without a position.
+  void end();
 
-  /// Store the element, or drop it, together with what was added since the last one.
-  void storeNode(Id id, double latitude, double longitude);
-  void storeWay(Id id);
-  void storeRelation(Id id);
-  void drop() noexcept;
+  /// See Bounds::add.
+  void addBounds(double south, double west, double north, double east) {
+    bounds_.add(south, west, north, east);
+  }
 
-  /// `west` is greater than `east` where the bounds cross the antimeridian. Throws
-  /// std::runtime_error when `south` is greater than `north`.
-  void addBounds(double south, double west, double north, double east);
-
-  Limits latitudeLimits() const noexcept { return box().latitude.limits(); }
-  Limits longitudeLimits() const noexcept { return box().longitude.limits(); }
+  /// Of the bounds, if there are any, else of the nodes.
+  Limits latitudeLimits() const noexcept {
+    return bounds_.empty() ? latitudes_.limits() : bounds_.latitudeLimits();
+  }
+  Limits longitudeLimits() const {
+    return bounds_.empty() ? longitudes_.limits() : bounds_.longitudeLimits();
+  }
 
  private:
-  struct Range {
-    double low = std::numeric_limits<double>::infinity();
-    double high = -std::numeric_limits<double>::infinity();
-
-    void add(double lowest, double highest) noexcept;
-    bool empty() const noexcept { return low == std::numeric_limits<double>::infinity(); }
-    Limits limits() const noexcept { return empty() ? unknownLimits : Limits(low, high); }
+  struct Position {
+    double latitude;
+    double longitude;
   };
-  struct Box {
-    Range latitude;
-    Range longitude;
-  };
-  Box const& box() const noexcept { return bounds_.latitude.empty() ? extent_ : bounds_; }
 
+  static void checkVersions(Head const& previous, Head const& head);
   bool isNewKey(std::u16string const* key);
+  void storeNode();
+  void storeWay();
+  void storeRelation();
 
   RecordStorage& storage_;
   NodeTable& nodes_;
   WayTable& ways_;
   RelationTable& relations_;
+  // The element under way.
+  Head const* head_ = nullptr;
+  std::optional<Position> position_;
   std::vector<Tag> tags_;
   std::vector<Id> references_;
   std::vector<Member> members_;
   std::unordered_set<std::u16string const*> manyKeys_;  // of tags_, when they are many
-  Box bounds_;
-  Box extent_;
+  std::array<Head, 3> last_{};                          // of each kind
+  Bounds bounds_;
+  Range latitudes_;  // of the nodes, as are the longitudes
+  Range longitudes_;
 };
 
 }  // namespace OpenStreetMap

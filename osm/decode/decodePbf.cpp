@@ -1,6 +1,5 @@
 #include "osm/decode/decodePbf.hpp"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -11,8 +10,9 @@
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/PbfBlob.hpp"
 #include "osm/decode/PbfBlock.hpp"
-#include "osm/decode/parseNumber.hpp"
+#include "osm/decode/pbfFieldNumbers.hpp"
 #include "osm/decode/pbfFields.hpp"
+#include "support/printable.hpp"
 
 namespace OpenStreetMap {
 namespace {
@@ -29,11 +29,11 @@ BlobHeader parseBlobHeader(std::string_view data) {
   std::optional<std::int32_t> size;
   pbf::pbf_reader fields(data.data(), data.size());
   while (fields.next()) {
-    switch (fields.tag()) {
-      case 1:
+    switch (BlobHeaderField{fields.tag()}) {
+      case BlobHeaderField::type:
         type = pbf::bytes(fields);
         break;
-      case 3:
+      case BlobHeaderField::dataSize:
         size = pbf::int32(fields);
         break;
       default:
@@ -50,37 +50,50 @@ BlobHeader parseBlobHeader(std::string_view data) {
 }
 
 void addBounds(pbf::pbf_reader box, TableFiller& filler) {
-  std::array<std::optional<std::int64_t>, 4> sides;  // left, right, top, bottom
+  std::optional<std::int64_t> left;
+  std::optional<std::int64_t> right;
+  std::optional<std::int64_t> top;
+  std::optional<std::int64_t> bottom;
   while (box.next()) {
-    if (box.tag() >= 1 && box.tag() <= 4) {
-      sides[box.tag() - 1] = pbf::sint64(box);
-    } else {
-      box.skip();
+    switch (BoxField{box.tag()}) {
+      case BoxField::left:
+        left = pbf::sint64(box);
+        break;
+      case BoxField::right:
+        right = pbf::sint64(box);
+        break;
+      case BoxField::top:
+        top = pbf::sint64(box);
+        break;
+      case BoxField::bottom:
+        bottom = pbf::sint64(box);
+        break;
+      default:
+        box.skip();
     }
   }
-  if (!std::all_of(sides.begin(), sides.end(), [](auto const& side) { return side.has_value(); })) {
-    throw pbf::InvalidData("the bounding box is incomplete");
-  }
-  filler.addBounds(degreesFromNano(*sides[3], 90.0, "bounding box: latitude"),
-                   degreesFromNano(*sides[0], 180.0, "bounding box: longitude"),
-                   degreesFromNano(*sides[2], 90.0, "bounding box: latitude"),
-                   degreesFromNano(*sides[1], 180.0, "bounding box: longitude"));
+  if (!left || !right || !top || !bottom) throw pbf::InvalidData("the bounding box is incomplete");
+  filler.addBounds(degreesFromNano(*bottom, maxLatitude, "bounding box: latitude"),
+                   degreesFromNano(*left, maxLongitude, "bounding box: longitude"),
+                   degreesFromNano(*top, maxLatitude, "bounding box: latitude"),
+                   degreesFromNano(*right, maxLongitude, "bounding box: longitude"));
 }
 
 void decodeHeaderBlock(std::string_view block, TableFiller& filler) {
   pbf::pbf_reader fields(block.data(), block.size());
   while (fields.next()) {
-    switch (fields.tag()) {
-      case 1:
+    switch (HeaderBlockField{fields.tag()}) {
+      case HeaderBlockField::box:
         addBounds(pbf::message(fields), filler);
         break;
-      case 4: {
+      case HeaderBlockField::requiredFeature: {
         std::string_view const feature = pbf::bytes(fields);
         if (feature == "HistoricalInformation") {
           throw pbf::InvalidData("this is a history file (HistoricalInformation), not a map");
         }
         if (feature != "OsmSchema-V0.6" && feature != "DenseNodes") {
-          throw pbf::InvalidData("the file requires the unknown feature " + quoted(feature));
+          throw pbf::InvalidData("the file requires the unknown feature " +
+                                 support::quoted(feature));
         }
         break;
       }

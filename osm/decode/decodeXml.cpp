@@ -3,6 +3,7 @@
 #include <expat.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <exception>
 #include <memory>
@@ -14,15 +15,15 @@
 #include <utility>
 
 #include "osm/decode/DecodeError.hpp"
+#include "osm/decode/XmlAttributes.hpp"
 #include "osm/decode/parseNumber.hpp"
+#include "support/printable.hpp"
 
 namespace OpenStreetMap {
 namespace {
 
 using namespace std::string_view_literals;
 
-constexpr double maxLatitude = 90.0;
-constexpr double maxLongitude = 180.0;
 constexpr int readSize = 64 * 1024;
 
 std::runtime_error failure(std::string const& reason) {
@@ -32,65 +33,6 @@ std::runtime_error failure(std::string const& reason) {
 std::string tagName(char const* name) {
   return "<" + std::string(name) + ">";
 }
-
-// The attributes that mean something here, gathered in one walk over an element's list.
-struct Attributes {
-  explicit Attributes(XML_Char const** list) {
-    for (; *list != nullptr; list += 2) {
-      if (char const** const known = slot(list[0])) *known = list[1];
-    }
-  }
-
-  char const* id = nullptr;
-  char const* lat = nullptr;
-  char const* lon = nullptr;
-  char const* visible = nullptr;
-  char const* action = nullptr;
-  char const* version = nullptr;
-  char const* k = nullptr;
-  char const* v = nullptr;
-  char const* ref = nullptr;
-  char const* type = nullptr;
-  char const* role = nullptr;
-  char const* minlat = nullptr;
-  char const* minlon = nullptr;
-  char const* maxlat = nullptr;
-  char const* maxlon = nullptr;
-  char const* box = nullptr;
-
- private:
-  char const** slot(std::string_view name) {
-    switch (name[0]) {  // most attributes (timestamp, user, ...) end here
-      case 'i':
-        return name == "id" ? &id : nullptr;
-      case 'l':
-        return name == "lat" ? &lat : name == "lon" ? &lon : nullptr;
-      case 'v':
-        return name == "v"         ? &v
-               : name == "visible" ? &visible
-               : name == "version" ? &version
-                                   : nullptr;
-      case 'a':
-        return name == "action" ? &action : nullptr;
-      case 'k':
-        return name == "k" ? &k : nullptr;
-      case 'r':
-        return name == "ref" ? &ref : name == "role" ? &role : nullptr;
-      case 't':
-        return name == "type" ? &type : nullptr;
-      case 'b':
-        return name == "box" ? &box : nullptr;
-      case 'm':
-        return name == "minlat"   ? &minlat
-               : name == "minlon" ? &minlon
-               : name == "maxlat" ? &maxlat
-               : name == "maxlon" ? &maxlon
-                                  : nullptr;
-      default:
-        return nullptr;
-    }
-  }
-};
 
 char const* required(char const* value, char const* element, char const* name) {
   if (value == nullptr) throw failure(tagName(element) + " without " + name);
@@ -117,7 +59,7 @@ class XmlDecoder {
   }
 
  private:
-  enum class Context { document, osm, node, way, relation, remark };
+  enum class Context { document, osm, element, remark };
 
   // What goes wrong inside a handler waits here: an exception must not pass through the parser.
   template <class Action>
@@ -180,9 +122,7 @@ class XmlDecoder {
       case Context::remark:
         ++ignoredDepth_;
         return;
-      case Context::node:
-      case Context::way:
-      case Context::relation:
+      case Context::element:
         return startInElement(name, attributes);
     }
   }
@@ -193,22 +133,22 @@ class XmlDecoder {
     if (name != "osm") {
       throw failure("this is not an OSM file: its root element is " + tagName(name.data()));
     }
-    char const* const version = Attributes(list).version;
+    char const* const version = XmlAttributes(list).version;
     if (version != nullptr && version != "0.6"sv) {
-      throw failure("OSM version " + quoted(version) + " is not supported, only 0.6");
+      throw failure("OSM version " + support::quoted(version) + " is not supported, only 0.6");
     }
     context_ = Context::osm;
   }
 
   void startAtTop(std::string_view name, XML_Char const** list) {
     if (name == "node") {
-      begin(Context::node, "node", list);
+      begin(ElementType::node, "node", list);
     } else if (name == "way") {
-      begin(Context::way, "way", list);
+      begin(ElementType::way, "way", list);
     } else if (name == "relation") {
-      begin(Context::relation, "relation", list);
+      begin(ElementType::relation, "relation", list);
     } else if (name == "bounds" || name == "bound") {
-      addBounds(name.data(), Attributes(list));
+      addBounds(name.data(), XmlAttributes(list));
       ++ignoredDepth_;
     } else if (name == "remark") {
       context_ = Context::remark;
@@ -223,38 +163,50 @@ class XmlDecoder {
     }
   }
 
-  void begin(Context element, char const* name, XML_Char const** list) {
-    Attributes const attributes(list);
-    context_ = element;
-    id_ = parseId("id", required(attributes.id, name, "id"));
-    stored_ = !(attributes.visible != nullptr && attributes.visible == "false"sv) &&
-              !(attributes.action != nullptr && attributes.action == "delete"sv);
-    if (element != Context::node) return;
-    if (attributes.lat == nullptr && attributes.lon == nullptr) {
-      stored_ = false;  // a deleted node, or a placeholder
-      return;
+  void begin(ElementType type, char const* name, XML_Char const** list) {
+    XmlAttributes const attributes(list);
+    Id const id = parseId("id", required(attributes.id, name, "id"));
+    bool const visible = !(attributes.visible != nullptr && attributes.visible == "false"sv) &&
+                         !(attributes.action != nullptr && attributes.action == "delete"sv);
+    filler_.begin({type, id, versionOf(attributes), visible});
+    context_ = Context::element;
+    type_ = type;
+    // A node without a position was deleted, or is a placeholder. Of one that is not stored, the
+    // position may be anything.
+    if (type == ElementType::node && visible &&
+        (attributes.lat != nullptr || attributes.lon != nullptr)) {
+      filler_.setPosition(parseDegrees("lat", required(attributes.lat, name, "lat"), maxLatitude),
+                          parseDegrees("lon", required(attributes.lon, name, "lon"), maxLongitude));
     }
-    latitude_ = parseDegrees("lat", required(attributes.lat, name, "lat"), maxLatitude);
-    longitude_ = parseDegrees("lon", required(attributes.lon, name, "lon"), maxLongitude);
+  }
+
+  // Versions only tell neighbours with one id apart; what is no number is no version.
+  static std::int64_t versionOf(XmlAttributes const& attributes) {
+    std::int64_t version = TableFiller::noVersion;
+    if (attributes.version != nullptr) {
+      std::string_view const text = attributes.version;
+      std::from_chars(text.data(), text.data() + text.size(), version);
+    }
+    return version;
   }
 
   void startInElement(std::string_view name, XML_Char const** list) {
     ++ignoredDepth_;  // none of these has content of its own
-    if (name == "nd" && context_ == Context::way) {
-      filler_.addReference(parseId("ref", required(Attributes(list).ref, "nd", "ref")));
+    if (name == "nd" && type_ == ElementType::way) {
+      filler_.addReference(parseId("ref", required(XmlAttributes(list).ref, "nd", "ref")));
     } else if (name == "tag") {
-      Attributes const tag(list);
+      XmlAttributes const tag(list);
       std::u16string const* const key = filler_.intern(required(tag.k, "tag", "k"));
       filler_.addTag(key, filler_.intern(required(tag.v, "tag", "v")));
-    } else if (name == "member" && context_ == Context::relation) {
-      addMember(Attributes(list));
+    } else if (name == "member" && type_ == ElementType::relation) {
+      addMember(XmlAttributes(list));
     } else if (name == "nd" || name == "member" || name == "node" || name == "way" ||
                name == "relation") {
       throw failure(tagName(name.data()) + " inside another element, where it has no meaning");
     }
   }
 
-  void addMember(Attributes const& member) {
+  void addMember(XmlAttributes const& member) {
     std::string_view const type = required(member.type, "member", "type");
     ElementType kind = ElementType::node;
     if (type == "way") {
@@ -262,13 +214,13 @@ class XmlDecoder {
     } else if (type == "relation") {
       kind = ElementType::relation;
     } else if (type != "node") {
-      throw failure("member type " + quoted(type) + " is unknown");
+      throw failure("member type " + support::quoted(type) + " is unknown");
     }
     Id const reference = parseId("ref", required(member.ref, "member", "ref"));
     filler_.addMember({kind, reference, filler_.intern(member.role == nullptr ? "" : member.role)});
   }
 
-  void addBounds(char const* name, Attributes const& bounds) {
+  void addBounds(char const* name, XmlAttributes const& bounds) {
     std::string_view sides[4];    // south, west, north, east
     if (bounds.box != nullptr) {  // <bound box="south,west,north,east"/>, as older tools wrote it
       std::string_view rest = bounds.box;
@@ -300,17 +252,9 @@ class XmlDecoder {
         return;
       case Context::remark:
         return endRemark();
-      case Context::node:
-        if (stored_) return filler_.storeNode(id_, latitude_, longitude_);
-        break;
-      case Context::way:
-        if (stored_) return filler_.storeWay(id_);
-        break;
-      case Context::relation:
-        if (stored_) return filler_.storeRelation(id_);
-        break;
+      case Context::element:
+        return filler_.end();
     }
-    filler_.drop();
   }
 
   // The Overpass server reports in a remark that it gave up half-way.
@@ -328,11 +272,8 @@ class XmlDecoder {
   std::unique_ptr<std::remove_pointer_t<XML_Parser>, FreeParser> parser_;
   std::exception_ptr error_;
   Context context_ = Context::document;
-  std::size_t ignoredDepth_ = 0;  // how many elements deep we are in something passed over
-  Id id_ = 0;
-  bool stored_ = false;
-  double latitude_ = 0.0;
-  double longitude_ = 0.0;
+  std::size_t ignoredDepth_ = 0;          // how many elements deep we are in something passed over
+  ElementType type_ = ElementType::node;  // of the element that we are in
   std::string remark_;
 };
 
