@@ -32,7 +32,7 @@ def descriptions(data):
 def fault_of_refusal(path, expected, refused):
     status, message = refused.status, refused.message
     if expected not in ("reject", "any"):
-        return f"not accepted: {message}"
+        return f"not accepted: {message.strip()}"
     is_one_line = message.endswith("\n") and len(message.splitlines()) == 1
     if status != 1 or not is_one_line or not message.startswith(f"osm2roadnet: {path}: "):
         return f"refused with exit status {status} and {message!r}"
