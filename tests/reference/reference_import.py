@@ -36,8 +36,7 @@ class Road:
     name: str
     direction: int
     way_ids: list
-    x: list
-    y: list
+    line: list  # OSM ids of nodes
     weight: float = 1.0
     start: Node = None
     end: Node = None
@@ -102,8 +101,7 @@ def cut_roads(ways, junctions, nodes, data):
         cuts = [i for i, node in enumerate(line) if node in junctions]
         for first, last in zip(cuts, cuts[1:]):
             piece = line[first : last + 1]
-            x, y = (list(axis) for axis in zip(*(data.positions[node] for node in piece)))
-            road = Road(len(roads) + 1, tags.get("name", str(way)), direction, [way], x, y)
+            road = Road(len(roads) + 1, tags.get("name", str(way)), direction, [way], piece)
             road.set_start(nodes[unsigned(piece[0])])
             road.set_end(nodes[unsigned(piece[-1])])
             roads[road.id] = road
@@ -132,13 +130,13 @@ def chain_roads(nodes, roads):
 
 
 def join_roads(a, b, node):
-    """Extend `a` beyond `node` by `b`; the point at the node is kept once."""
+    """Extend `a` beyond `node` by `b`."""
     far_end, step = (b.end, 1) if b.start is node else (b.start, -1)
     if a.start is node:  # then b's points, running towards the node, come first
-        a.x, a.y = b.x[::-step] + a.x[1:], b.y[::-step] + a.y[1:]
+        a.line = b.line[::-step] + a.line[1:]
         a.set_start(far_end)
     else:
-        a.x, a.y = a.x[:-1] + b.x[::step], a.y[:-1] + b.y[::step]
+        a.line = a.line[:-1] + b.line[::step]
         a.set_end(far_end)
     a.weight += b.weight
     a.way_ids += b.way_ids
@@ -198,47 +196,50 @@ def assign_elevations(nodes, roads, data):
         start, end = road.start.position[2], road.end.position[2]
         middle = road_elevations[road.id]
         if middle == start and middle == end:
-            road.elevations = [middle] * len(road.x)
+            road.elevations = [middle] * len(road.line)
         else:
-            road.elevations = elevation_profile(len(road.x), start, middle, end)
+            road.elevations = elevation_profile(len(road.line), start, middle, end)
 
 
 # --- output ---------------------------------------------------------------------
 
 
 def network_of(data):
-    """The network as the dictionaries and lists of the `json` format, NaN as None."""
+    """The network as the dictionaries and lists of the `json` format, and the ways of each road as
+    in the report."""
     nodes, roads = import_network(data)
-    limits = data.limits()
-    latitude, longitude = (limits[0] + limits[1]) * 0.5, (limits[2] + limits[3]) * 0.5
+    limits = data.limits() or [math.nan] * 4
+    centre = numbers([(limits[0] + limits[1]) * 0.5, (limits[2] + limits[3]) * 0.5])
     return {
-        "limits": limits,
-        "geoReference": {"latitude": latitude, "longitude": longitude, "altitude": 0.0},
+        "limits": data.limits(),
+        "geoReference": {"latitude": centre[0], "longitude": centre[1], "altitude": 0.0},
         "nodes": [
             {
                 "id": node.id,
                 "name": node.name,
-                "position": node.position,
+                "position": numbers(node.position),
                 "incomingRoads": [road.id for road in node.incoming],
                 "outgoingRoads": [road.id for road in node.outgoing],
             }
             for node in nodes.values()
         ],
-        "roads": [describe_road(road) for road in roads.values()],
+        "roads": [describe_road(road, data) for road in roads.values()],
+        "ways": [{"road": road.id, "ways": sorted(set(road.way_ids))} for road in roads.values()],
     }
 
 
-def describe_road(road):
+def describe_road(road, data):
     """A road with its one segment, which has the road's id, ends and centre line."""
     ends = {"startNode": road.start.id, "endNode": road.end.id}
-    centers = {"centersX": road.x, "centersY": road.y}
+    points = [data.positions[node] for node in road.line]
+    centers = {"centersX": [x for x, y in points], "centersY": [y for x, y in points]}
     segment = {
         "id": road.id,
         **ends,
         **centers,
-        "elevations": road.elevations,
-        "bankingAngles": [0.0] * len(road.x),
-        "headings": [None] * len(road.x),
+        "elevations": numbers(road.elevations),
+        "bankingAngles": [0.0] * len(points),
+        "headings": [None] * len(points),
     }
     return {
         "id": road.id,
@@ -249,3 +250,8 @@ def describe_road(road):
         **centers,
         "segments": [segment],
     }
+
+
+def numbers(values):
+    """The same with None for NaN."""
+    return [None if math.isnan(value) else value for value in values]
