@@ -108,7 +108,7 @@ TEST_F(ModelTest, OppositeEndsStayInStep) {
   while (!network->getRoads().empty()) network->getRoads().front()->destroy();
   EXPECT_EQ(ends(), Ends());
   EXPECT_THROW(roads[0], std::out_of_range);
-  EXPECT_THROW(roads.last(), std::out_of_range);
+  EXPECT_THROW(roads.stored(0), std::out_of_range);
 }
 
 // All orders in which five things can go; each bit of `destroyed` stands for one that is destroyed
@@ -332,7 +332,7 @@ TEST(ModelProxy, IsReplacedByAValidElementWhereTheInverseAllowsIt) {
   EXPECT_THROW(parts.append(Part()), NullHandleError);
   proxy->onResolve = []() -> ModelElement { throw std::runtime_error("not loaded"); };
   EXPECT_THROW(parts[0], std::runtime_error);
-  EXPECT_EQ(parts.last(), proxy);
+  EXPECT_EQ(parts.stored(0), proxy);
 }
 
 }  // namespace
