@@ -25,8 +25,8 @@ class RoadImpl : public kb::zero::ModelElementImpl {
 
   support::ModelId getID() const noexcept { return id_; }
   void setID(support::ModelId id) noexcept { id_ = id; }
-  /// The name of the OSM way that the road was made of, or the way's id in decimal where it has
-  /// none; the names of all its ways where roads were joined.
+  /// The name of the OSM way that the road was made of or, where it has none, the way's id in
+  /// decimal; where roads were joined, their different names with hyphens between them.
   std::u16string const& getName() const noexcept { return name_; }
   void setName(std::u16string const& name) { name_ = name; }
   void setName(std::u16string&& name) noexcept { name_ = std::move(name); }
@@ -36,8 +36,9 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   DirectionOfTravel getDirection() const noexcept { return direction_; }
   void setDirection(DirectionOfTravel const& direction) noexcept { direction_ = direction; }
 
-  /// The road holds a reference on both nodes and is the last in the start node's outgoing and the
-  /// end node's incoming roads. Setting another node moves it there; a null node takes it out.
+  /// The road holds a reference on both nodes and stands in the start node's outgoing and the end
+  /// node's incoming roads. Setting another node moves it to the end of that node's list, a null
+  /// node takes it out. Throws std::bad_alloc, and changes nothing then.
   void setStartNode(Node const& node);
   void setEndNode(Node const& node);
   Node getStartNode() const noexcept { return startNode_; }

@@ -65,10 +65,7 @@ class Handle {
 
 /// A Handle, or a class derived from one, such as Model.
 template <class X>
-concept AnyHandle = requires {
-  typename X::Impl;
-}
-&&std::derived_from<X, Handle<typename X::Impl>>;
+concept AnyHandle = std::derived_from<X, Handle<typename X::Impl>>;
 
 }  // namespace kb::zero
 
