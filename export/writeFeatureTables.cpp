@@ -16,7 +16,7 @@ namespace {
 
 // Never unloaded: libraries that GDAL brings do not all bear it.
 OpenFeatureTables* loadGdal() {
-  void* const library = ::dlopen("libroad_export_gdal.so", RTLD_NOW | RTLD_LOCAL);
+  void* const library = ::dlopen("libosm2roadnet_gdal.so", RTLD_NOW | RTLD_LOCAL);
   void* const function = library != nullptr ? ::dlsym(library, "openFeatureTables") : nullptr;
   if (function == nullptr) throw std::runtime_error(::dlerror());
   return reinterpret_cast<OpenFeatureTables*>(function);

@@ -1,9 +1,9 @@
-# Sourced by ./run and ./test from the root of the repository.
+# Sourced by ./run, ./test and .ci/run from the root of the repository.
 
-# Installs those packages of tools/packages.txt that are missing.
+# install_packages FILE ...: installs those of the packages listed in the files that are missing.
 install_packages() {
   local wanted missing=() sudo=()
-  mapfile -t wanted < <(grep -v '^#' tools/packages.txt)
+  mapfile -t wanted < <(grep -hv '^#' "$@")
   for package in "${wanted[@]}"; do
     dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q '^install ok' ||
       missing+=("$package")
@@ -20,7 +20,7 @@ install_packages() {
 prepare_and_build() {
   local preset=$1 log
   shift
-  install_packages
+  install_packages tools/packages.txt
   [ -f "build/$preset/build.ninja" ] || echo "Building osm2roadnet; the first time takes a few minutes"
   log=$(mktemp)
   if ! { { [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"; } &&
