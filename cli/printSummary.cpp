@@ -36,8 +36,8 @@ void printSummary(RoadNetworkImporter const& importer, ImportReport const& repor
   std::vector<double> const limits = geographicLimits(importer);
   auto const& origin = network->getGeoReference();
 
-  row(out, "file") << grouped(reader.nodes.size()) << " nodes, " << grouped(reader.ways.size())
-                   << " ways, " << grouped(reader.relations.size()) << " relations\n";
+  row(out, "file") << grouped(reader.counts().nodes) << " nodes, " << grouped(reader.counts().ways)
+                   << " ways, " << grouped(reader.counts().relations) << " relations\n";
   row(out, "ways selected") << grouped(importer.selectedWays.size()) << " of "
                             << grouped(report.highwayWays) << " with a \"highway\" tag\n";
   row(out, "not imported") << grouped(report.notARoad.size()) << " no road, "

@@ -87,7 +87,7 @@ class ReportWriter {
   // The first of the way's nodes that the file has.
   void place(Way const& way) {
     for (Id const id : way.nodeReferences) {
-      if (auto const* const first = importer_.reader.nodes.find(id)) return at(*first);
+      if (auto const* const first = importer_.reader.wayNodes.find(id)) return at(*first);
     }
   }
 
@@ -114,14 +114,14 @@ class ReportWriter {
   void node(Id id) {
     json_.first("node");
     json_.integer(id);
-    at(importer_.reader.nodes.at(id));
+    at(*importer_.reader.wayNodes.find(id));
   }
 
-  void at(OpenStreetMap::Node const& node) {
+  void at(OpenStreetMap::WayNodes::Position const& position) {
     json_.next("latitude");
-    json_.number(node.first);
+    json_.number(position.latitude);
     json_.next("longitude");
-    json_.number(node.second);
+    json_.number(position.longitude);
   }
 
   void way(Way const& way) {

@@ -13,6 +13,7 @@
 using OpenStreetMap::Id;
 using OpenStreetMap::modelId;
 using OpenStreetMap::Way;
+using OpenStreetMap::WayNodes;
 using support::lookup;
 using velora::roadnetwork::DirectionOfTravel;
 using velora::roadnetwork::Node;
@@ -23,8 +24,7 @@ namespace {
 // A piece of a way between two junctions, both included. Road ids count the pieces from 1.
 struct Piece {
   Way const* way;
-  std::span<Id const> nodeIds;
-  std::span<std::uint32_t const> nodeNumbers;  // in the reader's table
+  std::span<WayNodes::Number const> nodes;
 };
 
 std::vector<Piece> cutWays(RoadNetworkImporter& importer) {
@@ -32,21 +32,17 @@ std::vector<Piece> cutWays(RoadNetworkImporter& importer) {
   pieces.reserve(2 * importer.selectedWays.size());
   importer.roadWayIds.clear();
   importer.roadWayIds.reserve(importer.selectedWays.size());
-  std::span<std::uint32_t const> numbers = importer.wayNodeNumbers;
   for (Way const* const way : importer.selectedWays) {
-    auto const& references = way->nodeReferences;
-    if (numbers.size() < references.size()) support::throwMissing();
+    auto const nodes = importer.reader.wayNodes.numbersOf(*way);
     // Both ends of a way are junctions: the first opens a road, the last closes one. A junction
     // between them does both.
     std::size_t start = 0;
-    for (std::size_t i = 1; i < references.size(); ++i) {
-      if (!importer.junctionNodeIds.contains(references[i])) continue;
-      std::size_t const count = i - start + 1;
-      pieces.push_back({way, references.subspan(start, count), numbers.subspan(start, count)});
+    for (std::size_t i = 1; i < nodes.size(); ++i) {
+      if (!importer.junctionNodeIds.contains(nodes[i])) continue;
+      pieces.push_back({way, nodes.subspan(start, i - start + 1)});
       importer.roadWayIds.emplace(pieces.size(), way->id);
       start = i;
     }
-    numbers = numbers.subspan(references.size());
   }
   return pieces;
 }
@@ -59,10 +55,18 @@ struct DestroyRoad {
 class RoadMaker {
  public:
   explicit RoadMaker(RoadNetworkImporter& importer) : importer_(importer) {
-    // Two lookups a road: a hash table is several times faster than the network's ordered map.
-    auto const& nodes = importer.roadNetwork->getNodes();
-    nodes_.reserve(nodes.size());
-    for (auto const& [id, node] : nodes) nodes_.try_emplace(id, node);
+    // Both ascend by the nodes' ids, so no Node is looked up.
+    auto node = importer.roadNetwork->getNodes().begin();
+    auto const end = importer.roadNetwork->getNodes().end();
+    nodes_.resize(importer.reader.wayNodes.size());
+    WayNodes::Number number = 0;
+    importer.reader.wayNodes.forEachId([&](Id id) {
+      if (importer.junctionNodeIds.contains(number)) {
+        while (node != end && node->first < modelId(id)) ++node;
+        if (node != end && node->first == modelId(id)) nodes_[number] = node->second;
+      }
+      ++number;
+    });
   }
 
   void addRoad(RoadWayIds::RoadId id, Piece const& piece) {
@@ -72,16 +76,16 @@ class RoadMaker {
     road->setID(id);
     road->setName(*name_);
     road->setDirection(direction_);
-    road->setStartNode(nodeOf(piece.nodeIds.front()));
-    road->setEndNode(nodeOf(piece.nodeIds.back()));
+    road->setStartNode(nodes_[piece.nodes.front()]);
+    road->setEndNode(nodes_[piece.nodes.back()]);
 
     importer_.reader.populate(importer_.reader.nodes);
     x_.clear();
     y_.clear();
-    for (std::uint32_t const number : piece.nodeNumbers) {
-      OpenStreetMap::Node const& node = importer_.reader.nodes[number];
-      x_.push_back(node.first);
-      y_.push_back(node.second);
+    for (WayNodes::Number const number : piece.nodes) {
+      auto const& [latitude, longitude] = importer_.reader.wayNodes[number];
+      x_.push_back(latitude);
+      y_.push_back(longitude);
     }
     road->setCenters(x_, y_);
     importer_.roadNetwork->addRoad(road);
@@ -97,13 +101,8 @@ class RoadMaker {
     way_ = &way;
   }
 
-  Node nodeOf(Id id) const {
-    auto const found = nodes_.find(modelId(id));
-    return found == nodes_.end() ? Node() : found->second;
-  }
-
   RoadNetworkImporter& importer_;
-  support::ModelIdMap<Node> nodes_;
+  std::vector<Node> nodes_;  // by number; null but for junctions
   Way const* way_ = nullptr;
   std::u16string const* name_ = nullptr;
   DirectionOfTravel direction_ = DirectionOfTravel::both;
@@ -117,5 +116,4 @@ void createRoads(RoadNetworkImporter& importer) {
   std::vector<Piece> const pieces = cutWays(importer);
   RoadMaker maker(importer);
   for (std::size_t i = 0; i < pieces.size(); ++i) maker.addRoad(i + 1, pieces[i]);
-  importer.wayNodeNumbers = {};  // nobody needs them any more
 }

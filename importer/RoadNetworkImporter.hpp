@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "importer/JunctionNodes.hpp"
 #include "importer/RoadJoin.hpp"
 #include "importer/RoadWayIds.hpp"
 #include "model/roadnetwork/DirectionOfTravel.hpp"
@@ -12,6 +13,7 @@
 #include "model/zero/Model.hpp"
 #include "osm/Reader.hpp"
 #include "support/IdMap.hpp"
+#include "tags/keys.hpp"
 
 /// One import: made on a model and a network, run once, asked for the limits, destroyed. It owns
 /// the reader and every table that one stage leaves for a later one. The stages are free functions
@@ -21,7 +23,9 @@ class RoadNetworkImporter {
   /// Both handles must outlive the importer. Reads nothing.
   RoadNetworkImporter(kb::zero::Model const& hostModel,
                       velora::roadnetwork::RoadNetwork const& hostNetwork)
-      : model(hostModel), roadNetwork(hostNetwork) {}
+      : model(hostModel), roadNetwork(hostNetwork) {
+    reader.setSelection(roadSelection());
+  }
   RoadNetworkImporter(RoadNetworkImporter const&) = delete;
   RoadNetworkImporter& operator=(RoadNetworkImporter const&) = delete;
 
@@ -36,10 +40,7 @@ class RoadNetworkImporter {
   std::vector<OpenStreetMap::Way const*> selectedWays;  ///< the ways that become roads, by id
   support::IdMap<std::u16string> wayNames;
   support::IdMap<velora::roadnetwork::DirectionOfTravel> wayDirections;
-  support::IdSet junctionNodeIds;
-  /// For each node reference of each selected way, one after the other: the number of its record in
-  /// the reader's node table, so that the node is looked up by its id only once.
-  std::vector<std::uint32_t> wayNodeNumbers;
+  JunctionNodes junctionNodeIds;
   RoadWayIds roadWayIds;
   std::vector<RoadJoin> joins;  ///< in the order in which they were made
 };

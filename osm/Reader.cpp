@@ -4,6 +4,7 @@
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/FileSource.hpp"
 #include "osm/decode/TableFiller.hpp"
+#include "osm/decode/WayFiller.hpp"
 #include "osm/decode/decodeFile.hpp"
 
 namespace OpenStreetMap {
@@ -17,13 +18,20 @@ void Reader::readFile() {
   if (!file_) throw ReadError("OpenStreetMap::Reader", "", "no file has been set");
   try {
     buffer_ = std::make_unique<RecordStorage>();
-    TableFiller filler(*buffer_, nodes, ways, relations);
-    FileSource source(*file_, progress_);
-    decodeFile(source, file_->name, filler);
-    nodes.makeIndex();
+    if (selection_.isEverything()) {
+      TableFiller filler(*buffer_, nodes, ways, relations);
+      decode(filler);
+      nodes.makeIndex();
+      counts_ = {nodes.size(), ways.size(), relations.size()};
+      takeLimits(filler);
+    } else {
+      WayFiller filler(*buffer_, ways, selection_);
+      decode(filler);
+      wayNodes = filler.takeNodes();
+      counts_ = filler.counts();
+      takeLimits(filler);
+    }
     ways.makeIndex();
-    latitudeLimits_ = filler.latitudeLimits();
-    longitudeLimits_ = filler.longitudeLimits();
     populated_ = true;
   } catch (DecodeError const& error) {
     std::string const name = file_->name;
@@ -35,10 +43,22 @@ void Reader::readFile() {
   }
 }
 
+void Reader::decode(ElementSink& sink) {
+  FileSource source(*file_, progress_);
+  decodeFile(source, file_->name, sink);
+}
+
+void Reader::takeLimits(ElementSink const& sink) {
+  latitudeLimits_ = sink.latitudeLimits();
+  longitudeLimits_ = sink.longitudeLimits();
+}
+
 void Reader::clear() noexcept {
   populated_ = false;
+  counts_ = {};
   latitudeLimits_ = unknownLimits;
   longitudeLimits_ = unknownLimits;
+  wayNodes = {};
   relations.clear();
   ways.clear();
   nodes.clear();

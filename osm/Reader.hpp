@@ -11,9 +11,13 @@
 #include "osm/FileHandler.hpp"
 #include "osm/Progress.hpp"
 #include "osm/RecordStorage.hpp"
+#include "osm/Selection.hpp"
+#include "osm/WayNodes.hpp"
 #include "osm/records.hpp"
 
 namespace OpenStreetMap {
+
+class ElementSink;
 
 /// One file: OSM XML or PBF, plain or in gzip or bzip2, told apart by content.
 ///
@@ -31,6 +35,8 @@ class Reader {
   NodeTable nodes;
   WayTable ways;
   RelationTable relations;
+  /// The nodes under the ways, which come in the place of `nodes` unless everything is kept.
+  WayNodes wayNodes;
 
   Reader() = default;
   Reader(Reader const&) = delete;
@@ -38,6 +44,11 @@ class Reader {
 
   /// Opens a file; `path` is UTF-16. Whatever was read before is dropped. Throws ReadError.
   void setFile(std::u16string const& path);
+
+  /// What to keep of the files that are read from now on; everything, unless something else is
+  /// said. Whatever that is, a file is checked as a whole, and counts and limits are those of all
+  /// of it.
+  void setSelection(Selection selection) { selection_ = std::move(selection); }
 
   void setProgress(Progress progress) { progress_ = std::move(progress); }
 
@@ -52,6 +63,9 @@ class Reader {
   /// has been read.
   Limits getLatitudeLimits() const noexcept { return latitudeLimits_; }
   Limits getLongitudeLimits() const noexcept { return longitudeLimits_; }
+
+  /// How many elements the file has; known once it has been read.
+  ElementCounts const& counts() const noexcept { return counts_; }
 
   /// The records that carry the tag, with any value, by ascending id.
   template <class Table>
@@ -84,8 +98,12 @@ class Reader {
     if (!populated_) readFile();
   }
   void readFile();
+  void decode(ElementSink& sink);
+  void takeLimits(ElementSink const& sink);
   void clear() noexcept;
 
+  Selection selection_;
+  ElementCounts counts_;
   bool populated_ = false;
   Limits latitudeLimits_ = unknownLimits;
   Limits longitudeLimits_ = unknownLimits;

@@ -36,6 +36,7 @@ struct Way {
   Id id;
   Tags tags;
   std::span<Id const> nodeReferences;  ///< in file order; ids may repeat
+  std::size_t firstReference = 0;      ///< how many references the ways before it in its table have
 };
 
 struct Node {
@@ -62,6 +63,13 @@ struct Relation {
 using Limits = std::pair<double, double>;
 inline constexpr Limits unknownLimits{std::numeric_limits<double>::quiet_NaN(),
                                       std::numeric_limits<double>::quiet_NaN()};
+
+/// How many elements of each kind a file has, each id counted once.
+struct ElementCounts {
+  std::size_t nodes = 0;
+  std::size_t ways = 0;
+  std::size_t relations = 0;
+};
 
 using NodeTable = ElementTable<Node>;
 using WayTable = ElementTable<Way>;

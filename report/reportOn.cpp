@@ -25,10 +25,12 @@ void accountForWay(RoadNetworkImporter const& importer, Way const& way, ImportRe
     return;
   }
   ImportReport::MissingNodes missing{&way, 0, {}};
-  for (Id const id : way.nodeReferences) {
-    if (importer.reader.nodes.find(id) != nullptr) continue;
+  auto const& nodes = importer.reader.wayNodes;
+  auto const numbers = nodes.numbersOf(way);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    if (nodes.has(numbers[i])) continue;
     ++missing.count;
-    if (missing.first.size() < firstIds) missing.first.push_back(id);
+    if (missing.first.size() < firstIds) missing.first.push_back(way.nodeReferences[i]);
   }
   if (missing.count > 0) {
     report.missingNodes.push_back(std::move(missing));

@@ -12,9 +12,9 @@ namespace {
 
 bool allNodesPresent(Reader& reader, Way const* way) {
   if (way->nodeReferences.empty()) return false;
-  for (OpenStreetMap::Id const id : way->nodeReferences) {
+  for (auto const number : reader.wayNodes.numbersOf(*way)) {
     reader.populate(reader.nodes);  // reads at the first call, and returns at once after that
-    if (reader.nodes.find(id) == nullptr) return false;
+    if (!reader.wayNodes.has(number)) return false;
   }
   return way->nodeReferences.size() >= 2;
 }

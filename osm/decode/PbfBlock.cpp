@@ -80,7 +80,7 @@ void PbfBlockDecoder::decode(std::string_view block) {
 void PbfBlockDecoder::readStrings(pbf::pbf_reader table) {
   while (table.next()) {
     if (StringTableField{table.tag()} == StringTableField::string) {
-      strings_.push_back({pbf::bytes(table), nullptr});
+      strings_.push_back({pbf::bytes(table)});
     } else {
       table.skip();
     }
@@ -129,7 +129,7 @@ void PbfBlockDecoder::decodeNode(pbf::pbf_reader node) {
     if (!latitude || !longitude) throw pbf::InvalidData("node without lat or lon");
     setPosition(*latitude, *longitude);
   }
-  filler_.end();
+  sink_.end();
 }
 
 void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
@@ -174,18 +174,18 @@ void PbfBlockDecoder::decodeDense(pbf::pbf_reader dense) {
   bool const anyTags = !keysAndValues.empty();
   std::int64_t latitude = 0;
   std::int64_t longitude = 0;
-  TableFiller::Head node{ElementType::node};
+  ElementSink::Head node{ElementType::node};
   while (!ids.empty()) {
     node.id = sum(node.id, pbf::next(ids, "ids"), "node id");
     latitude = sum(latitude, pbf::next(latitudes, "latitudes"), "latitude");
     longitude = sum(longitude, pbf::next(longitudes, "longitudes"), "longitude");
     // What is known about the nodes may end before they do.
-    node.version = versions.empty() ? TableFiller::noVersion : pbf::next(versions, "versions");
+    node.version = versions.empty() ? ElementSink::noVersion : pbf::next(versions, "versions");
     node.visible = visible.empty() || pbf::next(visible, "visible flags");
-    filler_.begin(node);
+    sink_.begin(node);
     if (node.visible) setPosition(latitude, longitude);
     if (anyTags) addDenseTags(keysAndValues);
-    filler_.end();
+    sink_.end();
   }
   if (!latitudes.empty() || !longitudes.empty() || !keysAndValues.empty() || !visible.empty()) {
     throw pbf::InvalidData("dense nodes with more coordinates, tags or flags than ids");
@@ -206,9 +206,9 @@ void PbfBlockDecoder::decodeWay(pbf::pbf_reader way) {
   std::int64_t node = 0;
   for (std::int64_t const delta : references) {
     node = sum(node, delta, "node reference");
-    filler_.addReference(node);
+    sink_.addReference(node);
   }
-  filler_.end();
+  sink_.end();
 }
 
 void PbfBlockDecoder::decodeRelation(pbf::pbf_reader relation) {
@@ -232,6 +232,7 @@ void PbfBlockDecoder::decodeRelation(pbf::pbf_reader relation) {
     }
   }
   begin(element);
+  bool const isKept = sink_.keepsDetails(ElementType::relation);
   std::int64_t reference = 0;
   while (!references.empty()) {
     reference = sum(reference, pbf::next(references, "members"), "member reference");
@@ -240,20 +241,21 @@ void PbfBlockDecoder::decodeRelation(pbf::pbf_reader relation) {
       throw pbf::InvalidData("member type " + std::to_string(type) + " is unknown");
     }
     std::int32_t const role = pbf::next(roles, "member roles");
-    filler_.addMember(
-        {static_cast<ElementType>(type), reference, string(static_cast<std::uint32_t>(role))});
+    String& roleText = string(static_cast<std::uint32_t>(role));
+    if (!isKept) continue;
+    sink_.addMember({static_cast<ElementType>(type), reference, intern(roleText)});
   }
   if (!types.empty() || !roles.empty()) {
     throw pbf::InvalidData("relation with more member types or roles than members");
   }
-  filler_.end();
+  sink_.end();
 }
 
 void PbfBlockDecoder::begin(PbfElement element) {
-  filler_.begin(element.head());
+  sink_.begin(element.head());
   while (!element.keys.empty()) {
-    std::u16string const* const key = string(pbf::next(element.keys, "keys"));
-    filler_.addTag(key, string(pbf::next(element.values, "values")));
+    std::uint32_t const key = pbf::next(element.keys, "keys");
+    addTag(element.type(), key, pbf::next(element.values, "values"));
   }
   if (!element.values.empty()) throw pbf::InvalidData("more tag values than keys");
 }
@@ -262,26 +264,36 @@ void PbfBlockDecoder::begin(PbfElement element) {
 void PbfBlockDecoder::addDenseTags(pbf::PackedInt32& keysAndValues) {
   while (std::int32_t const key = pbf::next(keysAndValues, "tags")) {
     std::int32_t const value = pbf::next(keysAndValues, "tag values");
-    std::u16string const* const interned = string(static_cast<std::uint32_t>(key));
-    filler_.addTag(interned, string(static_cast<std::uint32_t>(value)));
+    addTag(ElementType::node, static_cast<std::uint32_t>(key), static_cast<std::uint32_t>(value));
   }
+}
+
+void PbfBlockDecoder::addTag(ElementType type, std::uint32_t key, std::uint32_t value) {
+  String& keyText = string(key);
+  String& valueText = string(value);
+  if (!sink_.keepsDetails(type)) return;
+  if (!keyText.isKeptKey) keyText.isKeptKey = sink_.keepsKey(keyText.utf8);
+  if (*keyText.isKeptKey) sink_.addTag(intern(keyText), intern(valueText));
 }
 
 void PbfBlockDecoder::setPosition(std::int64_t latitude, std::int64_t longitude) {
   latitude = nanodegrees(latitudeOffset_, granularity_, latitude, "latitude");
   longitude = nanodegrees(longitudeOffset_, granularity_, longitude, "longitude");
   if (latitude == nowhere && longitude == nowhere) return;
-  filler_.setPosition(degreesFromNano(latitude, maxLatitude, "latitude"),
-                      degreesFromNano(longitude, maxLongitude, "longitude"));
+  sink_.setPosition(degreesFromNano(latitude, maxLatitude, "latitude"),
+                    degreesFromNano(longitude, maxLongitude, "longitude"));
 }
 
-std::u16string const* PbfBlockDecoder::string(std::uint64_t index) {
+PbfBlockDecoder::String& PbfBlockDecoder::string(std::uint32_t index) {
   if (index >= strings_.size()) {
     throw pbf::InvalidData("string " + std::to_string(index) + " is not in the string table");
   }
-  String& entry = strings_[index];
-  if (entry.interned == nullptr) entry.interned = filler_.intern(entry.utf8);
-  return entry.interned;
+  return strings_[index];
+}
+
+std::u16string const* PbfBlockDecoder::intern(String& string) {
+  if (string.interned == nullptr) string.interned = sink_.intern(string.utf8);
+  return string.interned;
 }
 
 }  // namespace OpenStreetMap

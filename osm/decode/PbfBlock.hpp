@@ -2,10 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
-#include "osm/decode/TableFiller.hpp"
+#include "osm/decode/ElementSink.hpp"
 #include "osm/decode/pbfFields.hpp"
 
 namespace OpenStreetMap {
@@ -19,12 +20,19 @@ double degreesFromNano(std::int64_t nanodegrees, double limit, char const* what)
 /// Keeps its scratch memory from block to block.
 class PbfBlockDecoder {
  public:
-  explicit PbfBlockDecoder(TableFiller& filler) : filler_(filler) {}
+  explicit PbfBlockDecoder(ElementSink& sink) : sink_(sink) {}
 
   /// Throws pbf::InvalidData and protozero::exception.
   void decode(std::string_view block);
 
  private:
+  // Nothing is found out about a string before it is asked for: many are only user names.
+  struct String {
+    std::string_view utf8;
+    std::u16string const* interned = nullptr;
+    std::optional<bool> isKeptKey{};
+  };
+
   void readStrings(pbf::pbf_reader table);
   void decodeGroup(pbf::pbf_reader group);
   void decodeNode(pbf::pbf_reader node);
@@ -33,16 +41,13 @@ class PbfBlockDecoder {
   void decodeRelation(pbf::pbf_reader relation);
 
   void begin(PbfElement element);
+  void addTag(ElementType type, std::uint32_t key, std::uint32_t value);
   void addDenseTags(pbf::PackedInt32& keysAndValues);
   void setPosition(std::int64_t latitude, std::int64_t longitude);
-  std::u16string const* string(std::uint64_t index);
+  String& string(std::uint32_t index);
+  std::u16string const* intern(String& string);
 
-  struct String {
-    std::string_view utf8;
-    std::u16string const* interned;  // null until it is asked for: many strings are only user names
-  };
-
-  TableFiller& filler_;
+  ElementSink& sink_;
   std::vector<String> strings_;
   std::vector<pbf::pbf_reader> groups_;
   std::int64_t granularity_ = 100;

@@ -41,7 +41,7 @@ void PbfElement::readInfo(pbf::pbf_reader info) {
   }
 }
 
-TableFiller::Head PbfElement::head() const {
+ElementSink::Head PbfElement::head() const {
   if (!id_) {
     throw pbf::InvalidData(support::ustring_to_utf8(elementNameByType.at(type_)) + " without id");
   }

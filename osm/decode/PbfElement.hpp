@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "osm/decode/TableFiller.hpp"
+#include "osm/decode/ElementSink.hpp"
 #include "osm/decode/pbfFields.hpp"
 
 namespace OpenStreetMap {
@@ -16,8 +16,9 @@ class PbfElement {
   /// Reads one of the fields below, or passes over one that means nothing here.
   void read(pbf::pbf_reader& field);
 
+  ElementType type() const noexcept { return type_; }
   /// Throws pbf::InvalidData when no id has been read.
-  TableFiller::Head head() const;
+  ElementSink::Head head() const;
 
   pbf::PackedUint32 keys;
   pbf::PackedUint32 values;
@@ -27,7 +28,7 @@ class PbfElement {
 
   ElementType type_;
   std::optional<std::int64_t> id_;
-  std::int64_t version_ = TableFiller::noVersion;
+  std::int64_t version_ = ElementSink::noVersion;
   bool visible_ = true;  // history files say false, and some others
 };
 

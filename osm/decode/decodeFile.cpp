@@ -53,37 +53,37 @@ bool looksLikePbf(std::string_view head) {
          (head.starts_with('\0') || head.substr(4).starts_with("\n\tOSMHeader"sv));
 }
 
-void decodeUnpacked(SniffedSource& source, std::string_view name, TableFiller& filler) {
+void decodeUnpacked(SniffedSource& source, std::string_view name, ElementSink& sink) {
   std::string_view const head = source.head();
   if (head.empty()) throw DecodeError{"", "the file is empty"};
   if (looksLikeXml(head)) {
     // What a download server answers instead of the file is XML or HTML under the wanted name.
     if (name.ends_with(".pbf")) throw DecodeError{"", "the name says PBF, but this is XML"};
-    return decodeXml(source, filler);
+    return decodeXml(source, sink);
   }
   for (ForeignFormat const& format : foreignFormats) {
     if (withoutLeadingSpace(head).starts_with(format.magic)) {
       throw DecodeError{"", std::string("this is not an OSM file; it is ") + format.name};
     }
   }
-  if (looksLikePbf(head)) return decodePbf(source, filler);
+  if (looksLikePbf(head)) return decodePbf(source, sink);
   throw DecodeError{"", "this is not an OSM file (neither OSM XML nor PBF)"};
 }
 
 }  // namespace
 
-void decodeFile(ByteSource& file, std::string_view name, TableFiller& filler) {
+void decodeFile(ByteSource& file, std::string_view name, ElementSink& sink) {
   SniffedSource packed(file);
   if (packed.head().starts_with("\x1F\x8B"sv)) {
     GzipSource gzip(packed);
     SniffedSource unpacked(gzip);
-    decodeUnpacked(unpacked, name, filler);
+    decodeUnpacked(unpacked, name, sink);
   } else if (packed.head().starts_with("BZh"sv)) {
     Bzip2Source bzip2(packed);
     SniffedSource unpacked(bzip2);
-    decodeUnpacked(unpacked, name, filler);
+    decodeUnpacked(unpacked, name, sink);
   } else {
-    decodeUnpacked(packed, name, filler);
+    decodeUnpacked(packed, name, sink);
   }
 }
 

@@ -4,13 +4,13 @@
 #include <string_view>
 
 #include "osm/decode/ByteSource.hpp"
-#include "osm/decode/TableFiller.hpp"
+#include "osm/decode/ElementSink.hpp"
 
 namespace OpenStreetMap {
 
 /// Decodes a whole file: OSM XML or PBF, plain or in gzip or bzip2, by what its first bytes say.
 /// The name of the file decides nothing, but XML under a name that ends in ".pbf" is refused.
 /// Throws DecodeError, std::bad_alloc.
-void decodeFile(ByteSource& file, std::string_view name, TableFiller& filler);
+void decodeFile(ByteSource& file, std::string_view name, ElementSink& sink);
 
 }  // namespace OpenStreetMap

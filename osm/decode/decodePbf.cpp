@@ -49,7 +49,7 @@ BlobHeader parseBlobHeader(std::string_view data) {
   return {*type, static_cast<std::size_t>(*size)};
 }
 
-void addBounds(pbf::pbf_reader box, TableFiller& filler) {
+void addBounds(pbf::pbf_reader box, ElementSink& sink) {
   std::optional<std::int64_t> left;
   std::optional<std::int64_t> right;
   std::optional<std::int64_t> top;
@@ -73,18 +73,18 @@ void addBounds(pbf::pbf_reader box, TableFiller& filler) {
     }
   }
   if (!left || !right || !top || !bottom) throw pbf::InvalidData("the bounding box is incomplete");
-  filler.addBounds(degreesFromNano(*bottom, maxLatitude, "bounding box: latitude"),
-                   degreesFromNano(*left, maxLongitude, "bounding box: longitude"),
-                   degreesFromNano(*top, maxLatitude, "bounding box: latitude"),
-                   degreesFromNano(*right, maxLongitude, "bounding box: longitude"));
+  sink.addBounds(degreesFromNano(*bottom, maxLatitude, "bounding box: latitude"),
+                 degreesFromNano(*left, maxLongitude, "bounding box: longitude"),
+                 degreesFromNano(*top, maxLatitude, "bounding box: latitude"),
+                 degreesFromNano(*right, maxLongitude, "bounding box: longitude"));
 }
 
-void decodeHeaderBlock(std::string_view block, TableFiller& filler) {
+void decodeHeaderBlock(std::string_view block, ElementSink& sink) {
   pbf::pbf_reader fields(block.data(), block.size());
   while (fields.next()) {
     switch (HeaderBlockField{fields.tag()}) {
       case HeaderBlockField::box:
-        addBounds(pbf::message(fields), filler);
+        addBounds(pbf::message(fields), sink);
         break;
       case HeaderBlockField::requiredFeature: {
         std::string_view const feature = pbf::bytes(fields);
@@ -105,8 +105,7 @@ void decodeHeaderBlock(std::string_view block, TableFiller& filler) {
 
 class PbfDecoder {
  public:
-  PbfDecoder(ByteSource& source, TableFiller& filler)
-      : source_(source), filler_(filler), blocks_(filler) {}
+  PbfDecoder(ByteSource& source, ElementSink& sink) : source_(source), sink_(sink), blocks_(sink) {}
 
   void decode() {
     try {
@@ -137,7 +136,7 @@ class PbfDecoder {
                                           : "a second OSMHeader");
     }
     if (number_ == 1) {
-      decodeHeaderBlock(unpacker_.unpack(blob), filler_);
+      decodeHeaderBlock(unpacker_.unpack(blob), sink_);
     } else if (header.type == "OSMData") {
       blocks_.decode(unpacker_.unpack(blob));
     }
@@ -168,7 +167,7 @@ class PbfDecoder {
   }
 
   ByteSource& source_;
-  TableFiller& filler_;
+  ElementSink& sink_;
   PbfBlobUnpacker unpacker_;
   PbfBlockDecoder blocks_;
   std::vector<char> header_;
@@ -180,8 +179,8 @@ class PbfDecoder {
 
 }  // namespace
 
-void decodePbf(ByteSource& source, TableFiller& filler) {
-  PbfDecoder(source, filler).decode();
+void decodePbf(ByteSource& source, ElementSink& sink) {
+  PbfDecoder(source, sink).decode();
 }
 
 }  // namespace OpenStreetMap

@@ -41,7 +41,7 @@ char const* required(char const* value, char const* element, char const* name) {
 
 class XmlDecoder {
  public:
-  explicit XmlDecoder(TableFiller& filler) : filler_(filler), parser_(XML_ParserCreate(nullptr)) {
+  explicit XmlDecoder(ElementSink& sink) : sink_(sink), parser_(XML_ParserCreate(nullptr)) {
     if (!parser_) throw std::bad_alloc();
     XML_SetUserData(parser_.get(), this);
     XML_SetElementHandler(parser_.get(), &onStart, &onEnd);
@@ -168,21 +168,21 @@ class XmlDecoder {
     Id const id = parseId("id", required(attributes.id, name, "id"));
     bool const visible = !(attributes.visible != nullptr && attributes.visible == "false"sv) &&
                          !(attributes.action != nullptr && attributes.action == "delete"sv);
-    filler_.begin({type, id, versionOf(attributes), visible});
+    sink_.begin({type, id, versionOf(attributes), visible});
     context_ = Context::element;
     type_ = type;
     // A node without a position was deleted, or is a placeholder. Of one that is not stored, the
     // position may be anything.
     if (type == ElementType::node && visible &&
         (attributes.lat != nullptr || attributes.lon != nullptr)) {
-      filler_.setPosition(parseDegrees("lat", required(attributes.lat, name, "lat"), maxLatitude),
-                          parseDegrees("lon", required(attributes.lon, name, "lon"), maxLongitude));
+      sink_.setPosition(parseDegrees("lat", required(attributes.lat, name, "lat"), maxLatitude),
+                        parseDegrees("lon", required(attributes.lon, name, "lon"), maxLongitude));
     }
   }
 
   // Versions only tell neighbours with one id apart; what is no number is no version.
   static std::int64_t versionOf(XmlAttributes const& attributes) {
-    std::int64_t version = TableFiller::noVersion;
+    std::int64_t version = ElementSink::noVersion;
     if (attributes.version != nullptr) {
       std::string_view const text = attributes.version;
       std::from_chars(text.data(), text.data() + text.size(), version);
@@ -193,11 +193,14 @@ class XmlDecoder {
   void startInElement(std::string_view name, XML_Char const** list) {
     ++ignoredDepth_;  // none of these has content of its own
     if (name == "nd" && type_ == ElementType::way) {
-      filler_.addReference(parseId("ref", required(XmlAttributes(list).ref, "nd", "ref")));
+      sink_.addReference(parseId("ref", required(XmlAttributes(list).ref, "nd", "ref")));
     } else if (name == "tag") {
       XmlAttributes const tag(list);
-      std::u16string const* const key = filler_.intern(required(tag.k, "tag", "k"));
-      filler_.addTag(key, filler_.intern(required(tag.v, "tag", "v")));
+      char const* const key = required(tag.k, "tag", "k");
+      char const* const value = required(tag.v, "tag", "v");
+      if (!sink_.keepsDetails(type_) || !sink_.keepsKey(key)) return;
+      std::u16string const* const internedKey = sink_.intern(key);
+      sink_.addTag(internedKey, sink_.intern(value));
     } else if (name == "member" && type_ == ElementType::relation) {
       addMember(XmlAttributes(list));
     } else if (name == "nd" || name == "member" || name == "node" || name == "way" ||
@@ -217,7 +220,8 @@ class XmlDecoder {
       throw failure("member type " + support::quoted(type) + " is unknown");
     }
     Id const reference = parseId("ref", required(member.ref, "member", "ref"));
-    filler_.addMember({kind, reference, filler_.intern(member.role == nullptr ? "" : member.role)});
+    if (!sink_.keepsDetails(type_)) return;
+    sink_.addMember({kind, reference, sink_.intern(member.role == nullptr ? "" : member.role)});
   }
 
   void addBounds(char const* name, XmlAttributes const& bounds) {
@@ -234,10 +238,10 @@ class XmlDecoder {
       sides[2] = required(bounds.maxlat, name, "maxlat");
       sides[3] = required(bounds.maxlon, name, "maxlon");
     }
-    filler_.addBounds(parseDegrees("minlat", sides[0], maxLatitude),
-                      parseDegrees("minlon", sides[1], maxLongitude),
-                      parseDegrees("maxlat", sides[2], maxLatitude),
-                      parseDegrees("maxlon", sides[3], maxLongitude));
+    sink_.addBounds(parseDegrees("minlat", sides[0], maxLatitude),
+                    parseDegrees("minlon", sides[1], maxLongitude),
+                    parseDegrees("maxlat", sides[2], maxLatitude),
+                    parseDegrees("maxlon", sides[3], maxLongitude));
   }
 
   void end() {
@@ -253,7 +257,7 @@ class XmlDecoder {
       case Context::remark:
         return endRemark();
       case Context::element:
-        return filler_.end();
+        return sink_.end();
     }
   }
 
@@ -268,7 +272,7 @@ class XmlDecoder {
     void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
   };
 
-  TableFiller& filler_;
+  ElementSink& sink_;
   std::unique_ptr<std::remove_pointer_t<XML_Parser>, FreeParser> parser_;
   std::exception_ptr error_;
   Context context_ = Context::document;
@@ -279,8 +283,8 @@ class XmlDecoder {
 
 }  // namespace
 
-void decodeXml(ByteSource& source, TableFiller& filler) {
-  XmlDecoder(filler).decode(source);
+void decodeXml(ByteSource& source, ElementSink& sink) {
+  XmlDecoder(sink).decode(source);
 }
 
 }  // namespace OpenStreetMap

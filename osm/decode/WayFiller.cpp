@@ -1,0 +1,64 @@
+#include "osm/decode/WayFiller.hpp"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace OpenStreetMap {
+
+void WayFiller::storeNode(Id id, Position const& position) {
+  nodes_.add(id, position.latitude, position.longitude);
+}
+
+void WayFiller::storeWay(Id id) {
+  if (!wayIds_.insert(id)) return;
+  bool const isKept =
+      std::any_of(tags().begin(), tags().end(), [&](Tag const& tag) { return tag.key == wayKey_; });
+  if (!isKept) return;
+  ways_.insert({id, Tags(storage().keep(tags())), storage().keep(references()), references_});
+  references_ += references().size();
+}
+
+void WayFiller::storeRelation(Id id) {
+  relationIds_.insert(id);
+}
+
+WayNodes WayFiller::takeNodes() {
+  IdNumbering ids;
+  for (Way const& way : ways_) {
+    for (Id const id : way.nodeReferences) ids.add(id);
+  }
+  ids.assignNumbers();
+  WayNodes result(std::move(ids), references_);
+  auto find = result.finder();
+  for (Way const& way : ways_) {
+    for (Id const id : way.nodeReferences) result.addReference(find(id));
+  }
+  forEachFirstNode([&](Id id, double latitude, double longitude) {
+    ++counts_.nodes;
+    extend({latitude, longitude});
+    auto const number = find(id);
+    if (number != WayNodes::none) result.setPosition(number, {latitude, longitude});
+  });
+  counts_.ways = wayIds_.size();
+  counts_.relations = relationIds_.size();
+  return result;
+}
+
+// Of two nodes with one id the first counts.
+template <class Action>
+void WayFiller::forEachFirstNode(Action const& action) const {
+  if (nodes_.isAscending()) return nodes_.forEach(action);
+  IdNumbering all;
+  nodes_.forEach([&](Id id, double, double) { all.add(id); });
+  all.assignNumbers();
+  std::vector<bool> isDone(all.size());
+  IdNumbering::Finder find(all);
+  nodes_.forEach([&](Id id, double latitude, double longitude) {
+    auto const number = find(id);
+    if (!isDone[number]) action(id, latitude, longitude);
+    isDone[number] = true;
+  });
+}
+
+}  // namespace OpenStreetMap

@@ -1,0 +1,51 @@
+// Keeps of a file what ways of one kind need.
+#pragma once
+
+#include <string>
+
+#include "osm/PackedNodes.hpp"
+#include "osm/SeenIds.hpp"
+#include "osm/Selection.hpp"
+#include "osm/WayNodes.hpp"
+#include "osm/decode/ElementSink.hpp"
+
+namespace OpenStreetMap {
+
+/// Stores the ways of a selection and, when all of the file is in, the nodes under them. Until then
+/// it keeps the nodes packed, because files have them before the ways.
+class WayFiller final : public ElementSink {
+ public:
+  /// All must outlive the filler; `selection` is not everything.
+  WayFiller(RecordStorage& storage, WayTable& ways, Selection const& selection)
+      : ElementSink(storage),
+        ways_(ways),
+        selection_(selection),
+        wayKey_(storage.intern(selection.wayKey)) {}
+
+  bool keepsDetails(ElementType type) const noexcept override { return type == ElementType::way; }
+  bool keepsKey(std::string_view utf8) const noexcept override { return selection_.keeps(utf8); }
+
+  /// The nodes under the ways. To be called once, at the end: the limits are known then, too.
+  WayNodes takeNodes();
+  /// How many elements the file has, kept or not.
+  ElementCounts const& counts() const noexcept { return counts_; }
+
+ private:
+  void storeNode(Id id, Position const& position) override;
+  void storeWay(Id id) override;
+  void storeRelation(Id id) override;
+
+  template <class Action>
+  void forEachFirstNode(Action const& action) const;
+
+  WayTable& ways_;
+  Selection const& selection_;
+  std::u16string const* wayKey_;
+  PackedNodes nodes_;
+  SeenIds wayIds_;
+  SeenIds relationIds_;
+  ElementCounts counts_;
+  std::size_t references_ = 0;  // of all ways that are kept
+};
+
+}  // namespace OpenStreetMap
