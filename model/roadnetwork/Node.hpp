@@ -9,6 +9,7 @@
 
 #include "model/zero/ModelElement.hpp"
 #include "model/zero/ReferenceCollection.hpp"
+#include "support/ModelId.hpp"
 
 namespace velora::roadnetwork {
 
@@ -20,29 +21,30 @@ class NodeImpl : public kb::zero::ModelElementImpl {
   explicit NodeImpl(boost::uuids::uuid const& uuid);
   ~NodeImpl() override;
 
-  /// The key of the node in its network.
-  unsigned long getID() const noexcept { return id_; }
+  /// The id of the OSM node, by which the network finds the Node.
+  support::ModelId getID() const noexcept { return id_; }
+  /// The id in decimal, signed as in OSM.
   std::u16string const& getName() const noexcept { return name_; }
 
   /// Whether there is a position to read and rewrite: all three values.
   virtual bool hasPosition() const;
-  /// First coordinate, second coordinate (degrees, as the network's maker gave them), elevation.
+  /// Latitude and longitude in degrees (WGS 84), elevation in metres.
   virtual std::span<double const> getPosition() const;
   /// Up to three values. Throws std::invalid_argument for more.
   virtual void setPosition(std::vector<double> const& position);
   /// The third value of the position; NaN when there is none.
   double getElevation() const;
 
-  /// Roads whose end node is this node, and roads whose start node it is. A road from the node to
-  /// itself is in both.
+  /// The roads that end here, and those that start here. A road from the node to itself is in both.
+  /// The lists change when roads are destroyed or get other nodes: copy them before you do so.
   kb::zero::ReferenceCollectionOf<Road> const& getIncomingRoads() const noexcept {
     return incomingRoads_;
   }
   kb::zero::ReferenceCollectionOf<Road> const& getOutgoingRoads() const noexcept {
     return outgoingRoads_;
   }
-  /// Room in both for all roads that the node has, whichever way they come to point: then turning
-  /// one round, or giving its place to another, can't fail.
+  /// Makes room in both for all roads that the node has, whichever way they come to point: then
+  /// turning one round, or giving its place to another, can't fail.
   void reserveRoads();
   static kb::zero::meta::Property const& incomingRoadsProperty();
   static kb::zero::meta::Property const& outgoingRoadsProperty();
@@ -50,6 +52,8 @@ class NodeImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
+  void replaced(kb::zero::meta::Property const& property, kb::zero::ModelElementImpl& proxy,
+                kb::zero::ModelElementImpl& resolved) override;
   bool refersTo(kb::zero::meta::Property const& property,
                 kb::zero::ModelElementImpl const& other) const override;
 
@@ -57,7 +61,7 @@ class NodeImpl : public kb::zero::ModelElementImpl {
   friend class RoadImpl;
   friend class RoadNetworkImpl;
 
-  unsigned long id_ = 0;
+  support::ModelId id_ = 0;
   std::u16string name_;
   std::array<double, 3> position_{};
   std::size_t positionSize_ = 0;

@@ -7,7 +7,6 @@
 
 namespace velora::roadnetwork {
 
-using kb::zero::Handle;
 using kb::zero::meta::Property;
 
 RoadImpl::RoadImpl(boost::uuids::uuid const& uuid)
@@ -16,6 +15,7 @@ RoadImpl::RoadImpl(boost::uuids::uuid const& uuid)
 RoadImpl::~RoadImpl() {
   setStartNode(Node());
   setEndNode(Node());
+  for (std::size_t i = 0; i < roadSegments_.size(); ++i) roadSegments_.stored(i)->road_ = nullptr;
 }
 
 void RoadImpl::setStartNode(Node const& node) {
@@ -45,26 +45,29 @@ void RoadImpl::shareCenters(Sequence x, Sequence y) {
 }
 
 void RoadImpl::addRoadSegment(RoadSegment const& segment) {
-  if (segment && roadSegments_.contains(*segment.get())) {
-    throw std::invalid_argument("the road has this segment already");
-  }
+  if (segment->road_ != nullptr) throw std::invalid_argument("the segment has a road already");
   roadSegments_.append(segment);
+  segment->road_ = this;
+}
+
+void RoadImpl::removeRoadSegment(RoadSegmentImpl& segment) noexcept {
+  segment.road_ = nullptr;
+  roadSegments_.remove(segment);
 }
 
 void RoadImpl::detach() {
   setStartNode(Node());
   setEndNode(Node());
-  while (roadSegments_.size() > 0) {
-    RoadSegment const segment = roadSegments_.last();
-    roadSegments_.remove(*segment.get());
-    // The model and the handle here hold it; whoever else does may be another road.
-    segment->references() == 2 ? segment->destroyPart() : segment->destroy();
-  }
+  // The last first, which is found at once.
+  while (roadSegments_.size() > 0) roadSegments_.stored(roadSegments_.size() - 1)->destroy();
   if (network_ != nullptr) network_->removeRoad(*this);
 }
 
-void RoadImpl::forget(kb::zero::ModelElementImpl const& other) {
-  roadSegments_.remove(other);
+void RoadImpl::replaced(Property const&, ModelElementImpl& proxy, ModelElementImpl& resolved) {
+  static_cast<RoadSegmentImpl&>(proxy).road_ = nullptr;
+  auto& segment = static_cast<RoadSegmentImpl&>(resolved);
+  if (segment.road_ != nullptr && segment.road_ != this) segment.road_->removeRoadSegment(segment);
+  segment.road_ = this;
 }
 
 void RoadImpl::forgetNode(NodeImpl const& node) noexcept {
@@ -83,21 +86,20 @@ bool RoadImpl::isRoad(ModelElementImpl const& element) {
 }
 
 Property const& RoadImpl::startNodeProperty() {
-  static Handle<Property const> const property(
-      new Property("startNode", false, &NodeImpl::isNode, &NodeImpl::outgoingRoadsProperty));
-  return *property.get();
+  static Property const property("startNode", false, &NodeImpl::isNode,
+                                 &NodeImpl::outgoingRoadsProperty);
+  return property;
 }
 
 Property const& RoadImpl::endNodeProperty() {
-  static Handle<Property const> const property(
-      new Property("endNode", false, &NodeImpl::isNode, &NodeImpl::incomingRoadsProperty));
-  return *property.get();
+  static Property const property("endNode", false, &NodeImpl::isNode,
+                                 &NodeImpl::incomingRoadsProperty);
+  return property;
 }
 
 Property const& RoadImpl::roadSegmentsProperty() {
-  static Handle<Property const> const property(
-      new Property("roadSegments", true, &RoadSegmentImpl::isRoadSegment, nullptr));
-  return *property.get();
+  static Property const property("roadSegments", true, &RoadSegmentImpl::isRoadSegment, nullptr);
+  return property;
 }
 
 }  // namespace velora::roadnetwork

@@ -10,6 +10,7 @@
 #include "model/zero/ModelElement.hpp"
 #include "model/zero/PrimitiveCollection.hpp"
 #include "model/zero/ReferenceCollection.hpp"
+#include "support/ModelId.hpp"
 
 namespace velora::roadnetwork {
 
@@ -22,8 +23,10 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   explicit RoadImpl(boost::uuids::uuid const& uuid);
   ~RoadImpl() override;
 
-  unsigned long getID() const noexcept { return id_; }
-  void setID(unsigned long id) noexcept { id_ = id; }
+  support::ModelId getID() const noexcept { return id_; }
+  void setID(support::ModelId id) noexcept { id_ = id; }
+  /// The name of the OSM way that the road was made of or, where it has none, the way's id in
+  /// decimal; where roads were joined, their different names with hyphens between them.
   std::u16string const& getName() const noexcept { return name_; }
   void setName(std::u16string const& name) { name_ = name; }
   void setName(std::u16string&& name) noexcept { name_ = std::move(name); }
@@ -34,14 +37,15 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   void setDirection(DirectionOfTravel const& direction) noexcept { direction_ = direction; }
 
   /// The road holds a reference on both nodes and stands in the start node's outgoing and the end
-  /// node's incoming roads; setting a node moves it. A null node takes it out.
+  /// node's incoming roads. Setting another node moves it to the end of that node's list, a null
+  /// node takes it out. Throws std::bad_alloc, and changes nothing then.
   void setStartNode(Node const& node);
   void setEndNode(Node const& node);
   Node getStartNode() const noexcept { return startNode_; }
   Node getEndNode() const noexcept { return endNode_; }
 
-  /// The centre line: first and second coordinates of its points, from the start node to the end
-  /// node. Throws std::invalid_argument when the two differ in length.
+  /// The centre line, from the start node to the end node: the latitudes (X) and longitudes (Y) of
+  /// its points in degrees (WGS 84). Throws std::invalid_argument when the two differ in length.
   virtual void setCenters(std::vector<double> const& x, std::vector<double> const& y);
   /// The same with sequences that exist already, which can't fail for want of memory.
   void shareCenters(Sequence x, Sequence y);
@@ -49,8 +53,10 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   Sequence const& getCentersY() const noexcept { return centersY_; }
 
   /// Appends a segment, which is the road's from then on: destroying the road destroys it. Throws
-  /// std::invalid_argument when the road has it already.
+  /// NullHandleError for a null segment and std::invalid_argument for one that is in a road
+  /// already.
   virtual void addRoadSegment(RoadSegment const& segment);
+  /// The list changes when segments are destroyed: copy it before you do so.
   kb::zero::ReferenceCollectionOf<RoadSegment> const& getRoadSegments() const noexcept {
     return roadSegments_;
   }
@@ -62,17 +68,20 @@ class RoadImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
-  void forget(kb::zero::ModelElementImpl const& other) override;
+  void replaced(kb::zero::meta::Property const& property, kb::zero::ModelElementImpl& proxy,
+                kb::zero::ModelElementImpl& resolved) override;
   bool refersTo(kb::zero::meta::Property const& property,
                 kb::zero::ModelElementImpl const& other) const override;
 
  private:
   friend class NodeImpl;
   friend class RoadNetworkImpl;
+  friend class RoadSegmentImpl;
 
   void forgetNode(NodeImpl const& node) noexcept;
+  void removeRoadSegment(RoadSegmentImpl& segment) noexcept;
 
-  unsigned long id_ = 0;
+  support::ModelId id_ = 0;
   std::u16string name_;
   double weight_ = 1.0;
   DirectionOfTravel direction_ = DirectionOfTravel::both;

@@ -7,6 +7,8 @@
 
 namespace velora::roadnetwork {
 
+using support::ModelId;
+
 namespace {
 
 bool allows(Road const& road, DirectionOfTravel wanted) {
@@ -16,9 +18,9 @@ bool allows(Road const& road, DirectionOfTravel wanted) {
 
 // Roads that end at the node and may be travelled in the direction `ending`, then roads that start
 // there and may be travelled in the direction `starting`.
-std::vector<unsigned long> travelled(Node const& node, DirectionOfTravel ending,
-                                     DirectionOfTravel starting) {
-  std::vector<unsigned long> ids;
+std::vector<ModelId> travelled(Node const& node, DirectionOfTravel ending,
+                               DirectionOfTravel starting) {
+  std::vector<ModelId> ids;
   if (!node) return ids;
   for (Road const& road : node->getIncomingRoads()) {
     if (allows(road, ending)) ids.push_back(road->getID());
@@ -34,11 +36,27 @@ std::vector<unsigned long> travelled(Node const& node, DirectionOfTravel ending,
 RoadNetworkImpl::RoadNetworkImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
 
 RoadNetworkImpl::~RoadNetworkImpl() {
+  setGeoReference({});
   for (auto const& [id, node] : nodes_) node->network_ = nullptr;
   // The youngest first, which its nodes find at the end of their collections.
   while (!roads_.empty()) {
     roads_.back()->network_ = nullptr;
     roads_.pop_back();
+  }
+}
+
+void RoadNetworkImpl::setGeoReference(GeoReference const& reference) {
+  if (reference == geoReference_) return;
+  if (reference) {
+    if (reference->network_ != nullptr) {
+      throw std::invalid_argument("the geographic reference is another network's");
+    }
+    shareModelWith(*reference.get());
+    reference->network_ = this;
+  }
+  if (GeoReference const before = std::exchange(geoReference_, reference)) {
+    before->network_ = nullptr;
+    before->destroy();
   }
 }
 
@@ -50,15 +68,15 @@ void RoadNetworkImpl::addRoad(Road const& road) {
   road->networkSlot_ = roads_.size() - 1;
 }
 
-std::vector<unsigned long> RoadNetworkImpl::arrivalsAt(unsigned long nodeId) const {
+std::vector<ModelId> RoadNetworkImpl::arrivalsAt(ModelId nodeId) const {
   return travelled(nodes_[nodeId], DirectionOfTravel::forward, DirectionOfTravel::backward);
 }
 
-std::vector<unsigned long> RoadNetworkImpl::departuresFrom(unsigned long nodeId) const {
+std::vector<ModelId> RoadNetworkImpl::departuresFrom(ModelId nodeId) const {
   return travelled(nodes_[nodeId], DirectionOfTravel::backward, DirectionOfTravel::forward);
 }
 
-void RoadNetworkImpl::addNodes(std::vector<unsigned long> const& ids,
+void RoadNetworkImpl::addNodes(std::vector<ModelId> const& ids,
                                std::vector<std::u16string> const& names,
                                std::vector<double> const& positions) {
   if (names.size() != ids.size() || positions.size() != 3 * ids.size()) {
@@ -81,14 +99,15 @@ void RoadNetworkImpl::addNodes(std::vector<unsigned long> const& ids,
   }
 }
 
-void RoadNetworkImpl::detach() {
-  while (!roads_.empty()) Road(roads_.back())->destroy();
-  while (nodes_.size() > 0) Node(nodes_.begin()->second)->destroy();
-  if (GeoReference const reference = std::exchange(geoReference_, {})) reference->destroy();
+void RoadNetworkImpl::clear() {
+  // The Nodes first: their lists go as a whole, and no road has to be looked for in them.
+  while (nodes_.size() > 0) nodes_.begin()->second->destroy();
+  while (!roads_.empty()) roads_.back()->destroy();
+  setGeoReference({});
 }
 
-void RoadNetworkImpl::forget(ModelElementImpl const& other) {
-  if (geoReference_.get() == &other) geoReference_ = GeoReference();
+void RoadNetworkImpl::detach() {
+  clear();
 }
 
 void RoadNetworkImpl::removeNode(NodeImpl& node) noexcept {

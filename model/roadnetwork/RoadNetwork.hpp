@@ -10,22 +10,28 @@
 #include "model/zero/ElementMapBase.hpp"
 #include "model/zero/ModelElement.hpp"
 #include "model/zero/meta/Class.hpp"
+#include "support/ModelId.hpp"
 
 namespace velora::roadnetwork {
 
 class RoadNetworkImpl : public kb::zero::ModelElementImpl {
  public:
-  using NodeMap = kb::zero::ElementMapBase<unsigned long, Node, std::map<unsigned long, Node>>;
+  using NodeMap =
+      kb::zero::ElementMapBase<support::ModelId, Node, std::map<support::ModelId, Node>>;
 
   explicit RoadNetworkImpl(boost::uuids::uuid const& uuid);
   ~RoadNetworkImpl() override;
 
-  /// The nodes by id, ascending.
+  /// The nodes by id, ascending. This map and the list of roads change when elements are destroyed:
+  /// copy them before you do so.
   NodeMap const& getNodes() const noexcept { return nodes_; }
-  /// All roads, in no order that means anything.
+  /// All roads; their order means nothing.
   std::vector<Road> const& getRoads() const noexcept { return roads_; }
   GeoReference const& getGeoReference() const noexcept { return geoReference_; }
-  void setGeoReference(GeoReference const& reference) { geoReference_ = reference; }
+  /// Replaces the reference by another or, with a null handle, by none. The one before leaves the
+  /// model; a handle keeps it alive beyond that, and it comes back when it is set again. Throws
+  /// std::invalid_argument for a reference of another network, std::bad_alloc.
+  void setGeoReference(GeoReference const& reference);
 
   /// Takes a road in; a road that is in it already stays where it is. Throws NullHandleError for a
   /// null road and std::invalid_argument for a road of another network.
@@ -34,20 +40,23 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
   /// The ids of the roads by which traffic can reach the node, or leave it, given each road's
   /// direction of travel. A two-way loop at the node is in each list twice. Empty for a node that
   /// is not in the network.
-  virtual std::vector<unsigned long> arrivalsAt(unsigned long nodeId) const;
-  virtual std::vector<unsigned long> departuresFrom(unsigned long nodeId) const;
+  virtual std::vector<support::ModelId> arrivalsAt(support::ModelId nodeId) const;
+  virtual std::vector<support::ModelId> departuresFrom(support::ModelId nodeId) const;
 
   /// Makes one Node for each id, with the name of the same index and three values of `positions`
-  /// (first coordinate, second coordinate, elevation). An id that the network already has keeps
-  /// its Node as it is. Throws std::invalid_argument when the lengths do not match, NullHandleError
-  /// when the network's own model is gone.
-  virtual void addNodes(std::vector<unsigned long> const& ids,
+  /// (latitude and longitude in degrees, elevation in metres). An id that the network already has
+  /// keeps its Node as it is. Throws std::invalid_argument when the lengths do not match,
+  /// NullHandleError when the network's own model is gone.
+  virtual void addNodes(std::vector<support::ModelId> const& ids,
                         std::vector<std::u16string> const& names,
                         std::vector<double> const& positions);
 
+  /// Destroys all Nodes and Roads, the roads' segments and the geographic reference. The network
+  /// itself stays in the model and can be filled again.
+  void clear();
+
  protected:
   void detach() override;
-  void forget(kb::zero::ModelElementImpl const& other) override;
 
  private:
   friend class NodeImpl;

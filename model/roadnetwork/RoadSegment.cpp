@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "model/roadnetwork/Road.hpp"
+
 namespace velora::roadnetwork {
 
 RoadSegmentImpl::RoadSegmentImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
@@ -22,16 +24,14 @@ bool RoadSegmentImpl::isRoadSegment(ModelElementImpl const& element) {
 }
 
 void RoadSegmentImpl::detach() {
-  for (RoadSegmentNode* const end : {&startNode_, &endNode_}) {
-    RoadSegmentNode const node = std::exchange(*end, {});
-    // Held by the model and the handle here alone: it was the ends of segments that are gone.
-    if (node && node->references() == 2) node->destroyPart();
-  }
+  if (road_ != nullptr) road_->removeRoadSegment(*this);
+  start_.setNode({});
+  end_.setNode({});
 }
 
-void RoadSegmentImpl::forget(ModelElementImpl const& other) {
-  if (startNode_.get() == &other) startNode_ = RoadSegmentNode();
-  if (endNode_.get() == &other) endNode_ = RoadSegmentNode();
+void RoadSegmentImpl::setNode(SegmentEnd& end, RoadSegmentNode const& node) {
+  if (node) shareModelWith(*node.get());
+  end.setNode(node);
 }
 
 }  // namespace velora::roadnetwork

@@ -9,6 +9,8 @@
 
 namespace velora::roadnetwork {
 
+class RoadImpl;
+
 class RoadSegmentImpl : public kb::zero::ModelElementImpl {
  public:
   using Sequence = kb::zero::PrimitiveCollection<double, std::vector<double>>;
@@ -16,19 +18,23 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
   explicit RoadSegmentImpl(boost::uuids::uuid const& uuid);
   ~RoadSegmentImpl() override;
 
-  unsigned long getID() const noexcept { return id_; }
-  void setID(unsigned long id) noexcept { id_ = id; }
+  /// The id of its road.
+  support::ModelId getID() const noexcept { return id_; }
+  void setID(support::ModelId id) noexcept { id_ = id; }
 
-  /// The segment holds a reference on each end; segments that meet share one. Destroying the last
-  /// of them destroys the end, unless somebody else holds it.
-  void setStartNode(RoadSegmentNode const& node) noexcept { startNode_ = node; }
-  void setEndNode(RoadSegmentNode const& node) noexcept { endNode_ = node; }
-  RoadSegmentNode getStartNode() const noexcept { return startNode_; }
-  RoadSegmentNode getEndNode() const noexcept { return endNode_; }
+  /// The segment holds a reference on the node at each end; segments that meet share one. A node
+  /// leaves the model when the last segment at it is destroyed or set to another node; a handle
+  /// keeps it alive beyond that, and it comes back into the model when a segment is set to it.
+  /// Throws std::bad_alloc.
+  void setStartNode(RoadSegmentNode const& node) { setNode(start_, node); }
+  void setEndNode(RoadSegmentNode const& node) { setNode(end_, node); }
+  RoadSegmentNode getStartNode() const noexcept { return start_.getNode(); }
+  RoadSegmentNode getEndNode() const noexcept { return end_.getNode(); }
 
-  /// Replaces all five sequences, one value a centre point: coordinates as the road has them,
-  /// elevations in metres, banking angles and headings (NaN: not computed). A vector of doubles
-  /// does for a sequence; a sequence that exists already is shared rather than copied.
+  /// Replaces all five sequences, each of which has a value for every centre point: latitudes (X)
+  /// and longitudes (Y) in degrees, elevations in metres, banking angles and headings (NaN: not
+  /// computed). A vector of doubles will do for a sequence; a sequence that exists already is
+  /// shared rather than copied.
   virtual void setGeometry(Sequence centersX, Sequence centersY, Sequence elevations,
                            Sequence bankingAngles, Sequence headings);
   Sequence const& getCentersX() const noexcept { return centersX_; }
@@ -41,13 +47,16 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
-  void forget(kb::zero::ModelElementImpl const& other) override;
-  bool hasUnknownReferrers() const override { return true; }
 
  private:
-  unsigned long id_ = 0;
-  RoadSegmentNode startNode_;
-  RoadSegmentNode endNode_;
+  friend class RoadImpl;
+
+  void setNode(SegmentEnd& end, RoadSegmentNode const& node);
+
+  support::ModelId id_ = 0;
+  RoadImpl* road_ = nullptr;  // not counted: the road owns its segments
+  SegmentEnd start_;
+  SegmentEnd end_;
   Sequence centersX_;
   Sequence centersY_;
   Sequence elevations_;

@@ -1,12 +1,13 @@
-// The reference count that every shared object of the model framework carries.
+// The reference count that models and their elements carry.
 #pragma once
 
 #include <cstddef>
 
 namespace kb::zero {
 
-/// Base of all counted objects. A new object has no reference; dropping the last one deletes it.
-/// The count is not atomic: a model and all that belongs to it is used by one thread at a time.
+/// Base of all objects that handles share. A new object has no reference; dropping the last one
+/// deletes it. The count is not atomic: a model and all that belongs to it is for one thread at a
+/// time.
 class ElementImpl {
  public:
   ElementImpl() = default;
@@ -18,7 +19,7 @@ class ElementImpl {
   void removeRef() const noexcept {
     if (--references_ == 0) delete this;
   }
-  /// How many references hold this object.
+  /// How many references there are to this object.
   std::size_t references() const noexcept { return references_; }
 
  private:

@@ -17,18 +17,20 @@ class ElementMapBase {
   const_iterator begin() const noexcept { return map_.begin(); }  ///< ascending keys
   const_iterator end() const noexcept { return map_.end(); }
 
+  const_iterator find(K const& key) const { return map_.find(key); }  ///< or `end()`
+
   /// A new handle to the element at `key`, or a null handle; nothing is ever inserted.
   V operator[](K const& key) const {
-    auto const found = map_.find(key);
-    return found == map_.end() ? V() : found->second;
+    auto const found = find(key);
+    return found == end() ? V() : found->second;
   }
 
-  /// At once for a key beyond the last one.
+  /// In constant time for a key beyond the last one.
   bool contains(K const& key) const {
-    return !map_.empty() && !(std::prev(map_.end())->first < key) && map_.find(key) != map_.end();
+    return !map_.empty() && !(std::prev(end())->first < key) && find(key) != end();
   }
 
-  /// Adds an element unless the key is taken, fastest where keys arrive in ascending order.
+  /// Adds an element unless the key is taken; fastest when keys arrive in ascending order.
   /// Returns whether it was added.
   bool insert(K const& key, V const& element) {
     std::size_t const before = map_.size();

@@ -1,13 +1,16 @@
 // The one place where references are counted.
 #pragma once
 
+#include <compare>
 #include <concepts>
+#include <cstddef>
+#include <functional>
 #include <stdexcept>
 #include <utility>
 
 namespace kb::zero {
 
-/// Thrown when an operation is asked of a handle that points to nothing.
+/// Thrown by an operation through a handle that is null.
 class NullHandleError : public std::logic_error {
  public:
   NullHandleError() : std::logic_error("operation on an empty model handle") {}
@@ -49,11 +52,26 @@ class Handle {
     if (impl_ != nullptr) impl_->removeRef();
   }
 
-  /// Identity of the object, not equality of its contents.
+  /// Identity of the object, not equality of its contents; the order is by address.
   friend bool operator==(Handle const& a, Handle const& b) noexcept { return a.impl_ == b.impl_; }
+  friend bool operator==(Handle const& a, std::nullptr_t) noexcept { return a.impl_ == nullptr; }
+  friend std::strong_ordering operator<=>(Handle const& a, Handle const& b) noexcept {
+    return std::compare_three_way()(a.impl_, b.impl_);
+  }
 
  private:
   ImplType* impl_ = nullptr;
 };
 
+/// A Handle, or a class derived from one, such as Model.
+template <class X>
+concept AnyHandle = std::derived_from<X, Handle<typename X::Impl>>;
+
 }  // namespace kb::zero
+
+template <kb::zero::AnyHandle X>
+struct std::hash<X> {
+  std::size_t operator()(X const& handle) const noexcept {
+    return std::hash<typename X::Impl*>()(handle.get());
+  }
+};

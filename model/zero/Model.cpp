@@ -1,5 +1,7 @@
 #include "model/zero/Model.hpp"
 
+#include <utility>
+
 #include "model/zero/ModelElement.hpp"
 
 namespace kb::zero {
@@ -8,10 +10,11 @@ ModelImpl::ModelImpl() = default;
 
 ModelImpl::~ModelImpl() {
   // The youngest first: what was created later refers to what was there before, and is found at
-  // the end of its collections.
+  // the end of its collections. An element that goes may destroy others, which changes the list.
   while (!elements_.empty()) {
-    elements_.back()->model_ = nullptr;
+    Handle<ModelElementImpl> const youngest = std::move(elements_.back());
     elements_.pop_back();
+    youngest->model_ = nullptr;
   }
 }
 

@@ -21,16 +21,12 @@ std::size_t ModelElementImpl::liveCount() noexcept {
 
 void ModelElementImpl::destroy() {
   ModelElement const keepUntilDone(this);
-  if (model_ != nullptr && hasUnknownReferrers()) {
-    for (Handle<ModelElementImpl> const& element : model_->elements_) element->forget(*this);
-  }
-  destroyPart();
-}
-
-void ModelElementImpl::destroyPart() {
-  ModelElement const keepUntilDone(this);
   detach();
   if (model_ != nullptr) model_->release(*this);
+}
+
+void ModelElementImpl::shareModelWith(ModelElementImpl& other) const {
+  if (model_ != nullptr && other.model_ == nullptr) model_->adopt(ModelElement(&other));
 }
 
 ModelElement ModelElementImpl::resolve() const {

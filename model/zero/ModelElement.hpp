@@ -26,40 +26,41 @@ class ModelElementImpl : public ElementImpl {
   /// The model that it belongs to; null when it was destroyed or the model is gone.
   Model getModel() const noexcept { return Model(model_); }
 
-  /// Deletes the element from its model: afterwards no map, collection or element of the model
-  /// refers to it. Handles that still point to it can only be released. Destroying twice does
-  /// nothing more.
+  /// Takes the element out of its model and away from all others: afterwards no map, collection or
+  /// element refers to it, nor it to them, whether or not its model is still there. Handles that
+  /// point to it should only be released. Destroying twice does nothing more.
   void destroy();
-  /// The same for an element that only its owner refers to, when the owner has let go of it.
-  void destroyPart();
 
   /// Whether this stands in for an element that is not loaded yet.
   virtual bool isProxy() const { return false; }
-  /// The element that a proxy stands for, or null when it can't be had.
+  /// The element that a proxy stands for; null when there is none to be had.
   virtual ModelElement resolve() const;
 
   /// Whether `element` refers to this one through its property `inverse`.
   bool _inverseContainsThis(ModelElementImpl* element, meta::Property const& inverse) const;
 
-  /// How many elements there are in this process, in any model or kept by handles alone.
+  /// How many elements there are in this process: in any model, or kept by handles alone.
   static std::size_t liveCount() noexcept;
 
  protected:
-  /// Removes every reference to this element, and from it, that this kind of element knows of.
+  /// Removes every reference from other elements to this one, and from it to others.
   virtual void detach() {}
-  /// Drops the references that this element itself holds to `other`, which is being destroyed.
-  virtual void forget(ModelElementImpl const& /*other*/) {}
+  /// Called when `resolved` has taken the place of `proxy` in this element's collection `property`:
+  /// the proxy is to refer back no more, the resolved element is.
+  virtual void replaced(meta::Property const& /*property*/, ModelElementImpl& /*proxy*/,
+                        ModelElementImpl& /*resolved*/) {}
   /// Whether this element's property `property` refers to `other`.
   virtual bool refersTo(meta::Property const& /*property*/,
                         ModelElementImpl const& /*other*/) const {
     return false;
   }
-  /// Whether there may be elements that refer to this one without its knowing. Destroying it then
-  /// lets all elements of the model forget it, in time proportional to the size of the model.
-  virtual bool hasUnknownReferrers() const { return false; }
+  /// Takes `other` into the model of this element; nothing happens when this one has no model or
+  /// `other` has one. Throws std::bad_alloc.
+  void shareModelWith(ModelElementImpl& other) const;
 
  private:
   friend class ModelImpl;
+  friend class ReferenceCollection;
 
   boost::uuids::uuid uuid_;
   ModelImpl* model_ = nullptr;  // not counted: the model owns its elements

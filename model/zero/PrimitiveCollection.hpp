@@ -11,8 +11,8 @@
 namespace kb::zero {
 
 /// Its values never change; an element replaces the whole sequence. So copies share their values:
-/// copying takes no memory and can't fail. The share count is not atomic, like that of elements.
-/// `Storage` is a contiguous standard container of `T`.
+/// copying takes no memory and can't fail. The count of those who share is not atomic, like that of
+/// elements. `Storage` is a contiguous standard container of `T`.
 template <class T, class Storage>
 class PrimitiveCollection {
  public:

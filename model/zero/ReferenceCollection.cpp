@@ -1,6 +1,8 @@
 #include "model/zero/ReferenceCollection.hpp"
 
 #include <algorithm>
+#include <utility>
+
 namespace kb::zero {
 
 void ReferenceCollection::append(ModelElement const& element) {
@@ -14,9 +16,14 @@ void ReferenceCollection::remove(ModelElementImpl const& element) noexcept {
                       references_.end());
     return;
   }
-  // From the end: what came last mostly goes first.
+  // From the end: what came last is mostly what goes first.
   auto const found = std::find_if(references_.rbegin(), references_.rend(), isElement);
   if (found != references_.rend()) references_.erase(std::next(found).base());
+}
+
+void ReferenceCollection::clear() noexcept {
+  // What goes with the references must find the collection empty.
+  auto const gone = std::exchange(references_, {});
 }
 
 bool ReferenceCollection::contains(ModelElementImpl const& element) const noexcept {
@@ -33,6 +40,7 @@ ModelElement ReferenceCollection::read(std::size_t index) const {
   if (index < references_.size() && references_[index].element == found.get()) {
     mayRepeat_ = mayRepeat_ || contains(*resolved.get());
     references_[index] = makeReference(resolved);
+    if (owner_ != nullptr) owner_->replaced(*property_, *found.get(), *resolved.get());
   }
   return resolved;
 }

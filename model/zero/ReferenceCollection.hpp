@@ -3,6 +3,8 @@
 
 #include <boost/container/small_vector.hpp>
 #include <cstddef>
+#include <iterator>
+#include <stdexcept>
 
 #include "model/zero/ModelElement.hpp"
 #include "model/zero/meta/Property.hpp"
@@ -12,9 +14,9 @@ namespace kb::zero {
 /// Belongs to an owner element and one of its properties. Each stored reference is an element or a
 /// proxy for one; reading resolves a proxy lazily.
 ///
-/// The collection holds a counted reference on each element, but for the elements of a collection
-/// that is not composite which refer back to the owner: those take themselves out of the collection
-/// when they go, so two elements never keep each other alive.
+/// The references are counted, with one exception: in a collection that is not composite, elements
+/// that refer back to the owner. Those take themselves out of the collection when they go, so that
+/// two elements never keep each other alive.
 class ReferenceCollection {
  public:
   /// `owner` may be null: then nothing can be resolved through an inverse.
@@ -29,13 +31,16 @@ class ReferenceCollection {
   /// The element that `proxy` stands for, or null.
   ModelElement resolveProxy(ModelElement const& proxy) const { return proxy->resolve(); }
 
-  /// Memory for `size` references, so that appending up to as many can't fail.
+  /// Makes room for `size` references in all, so that appending up to there can't fail.
   void reserve(std::size_t size) { references_.reserve(size); }
+  /// Makes room for one more reference, in constant time on average.
   void reserveOneMore() {
     if (size() == references_.capacity()) reserve(2 * size());
   }
-  /// Takes `element` out; the others keep their order. Does nothing when it is not stored.
+  /// Takes `element` out; the others keep their order. Does nothing when it is not stored. Fast
+  /// for what stands near the end.
   void remove(ModelElementImpl const& element) noexcept;
+  void clear() noexcept;
   /// Whether `element` itself is stored (proxies are not resolved).
   bool contains(ModelElementImpl const& element) const noexcept;
 
@@ -43,11 +48,12 @@ class ReferenceCollection {
   /// The element at `index`. A proxy is resolved, and the resolved element takes its place in the
   /// collection when it is valid, is no proxy itself and, where the property has an inverse and the
   /// collection is not composite, already refers to the owner; otherwise the proxy stays and is
-  /// the result. Throws std::out_of_range; an exception of the proxy's leaves it in place.
+  /// the result. Throws std::out_of_range; when the proxy throws, it stays in place.
   ModelElement read(std::size_t index) const;
   /// The element or proxy at `index` as it is stored. Throws std::out_of_range.
   ModelElement stored(std::size_t index) const {
-    return ModelElement(references_.at(index).element);
+    if (index >= size()) throw std::out_of_range("a collection has no such element");
+    return ModelElement(references_[index].element);
   }
   void append(ModelElement const& element);
 
@@ -66,7 +72,7 @@ class ReferenceCollection {
   meta::Property const* property_;
   // Most collections hold one or two elements, which need no memory of their own then.
   mutable boost::container::small_vector<Reference, 2> references_;
-  mutable bool mayRepeat_ = false;  // an element took a proxy's place that was stored already
+  mutable bool mayRepeat_ = false;  // one that was stored already has taken a proxy's place
 };
 
 /// A collection of elements of kind `X`.
@@ -75,15 +81,18 @@ class ReferenceCollectionOf : public ReferenceCollection {
  public:
   using ReferenceCollection::ReferenceCollection;
 
-  /// Forward iteration by index, so that a change of the collection never leaves it dangling.
+  /// Walks by index, so that a change of the collection never leaves it dangling. It makes a handle
+  /// for each element, which older algorithms take for an input iterator only.
   class const_iterator {
    public:
+    using iterator_concept = std::forward_iterator_tag;
     using iterator_category = std::input_iterator_tag;
     using value_type = X;
     using difference_type = std::ptrdiff_t;
     using pointer = void;
     using reference = X;
 
+    const_iterator() noexcept = default;
     const_iterator(ReferenceCollectionOf const* collection, std::size_t index) noexcept
         : collection_(collection), index_(index) {}
     X operator*() const { return (*collection_)[index_]; }
@@ -95,8 +104,8 @@ class ReferenceCollectionOf : public ReferenceCollection {
     friend bool operator==(const_iterator const&, const_iterator const&) noexcept = default;
 
    private:
-    ReferenceCollectionOf const* collection_;
-    std::size_t index_;
+    ReferenceCollectionOf const* collection_ = nullptr;
+    std::size_t index_ = 0;
   };
 
   /// Adds a reference at the end. Throws NullHandleError when `element` is null.
@@ -108,8 +117,8 @@ class ReferenceCollectionOf : public ReferenceCollection {
   const_iterator end() const noexcept { return {this, size()}; }
   /// Throws std::out_of_range.
   X operator[](std::size_t index) const { return cast(read(index)); }
-  /// The last element or proxy as it is stored. Throws std::out_of_range when empty.
-  X last() const { return cast(stored(size() - 1)); }
+  /// The element or proxy at `index` as it is stored. Throws std::out_of_range.
+  X stored(std::size_t index) const { return cast(ReferenceCollection::stored(index)); }
 
  private:
   // Only handles of kind X, and what passes Property::accepts, are ever stored.

@@ -6,7 +6,8 @@
 
 namespace kb::zero::internal {
 
-/// Random access over contiguous values; walks first to last, or last to first where `Reverse`.
+/// Random access to contiguous values; walks from first to last, or from last to first if
+/// `Reverse`.
 template <class T, bool Reverse>
 class SequenceIteratorPrimitive {
  public:
@@ -17,7 +18,7 @@ class SequenceIteratorPrimitive {
   using reference = T const&;
 
   SequenceIteratorPrimitive() noexcept = default;
-  /// `position` is the value that the iterator stands at; where `Reverse`, the one after it.
+  /// `position` is the value that the iterator stands at, or the one after it if `Reverse`.
   explicit SequenceIteratorPrimitive(T const* position) noexcept : position_(position) {}
 
   reference operator*() const noexcept { return Reverse ? position_[-1] : *position_; }
