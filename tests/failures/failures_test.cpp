@@ -17,6 +17,7 @@
 
 using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
+using velora::roadnetwork::RoadImpl;
 using velora::roadnetwork::RoadNetwork;
 
 namespace {
@@ -29,7 +30,7 @@ std::string xml() {
       f--g--h--i--j--k
   )");
   town.way("ab", "name=A Street with a Name that is not Short").way("cb", "name=Übergang,layer=1");
-  town.way("cde", "oneway=yes").way("jihgf", "name=Long Road").way("ch").way("ej", "oneway=-1");
+  town.way("edc", "oneway=yes").way("jihgf", "name=Long Road").way("hc").way("ej", "oneway=-1");
   town.way("jk", "bridge=yes,layer=-2").way("kj", "highway=service,layer=yes");
   return town.xml();
 }
@@ -168,6 +169,27 @@ TEST_P(Failures, OfReadingNameFileAndPlaceAndAreNotShortReads) {
   }
   EXPECT_EQ(errorOf({.largestRead = 1, .interrupted = true}), "");
   EXPECT_EQ(roads, all);
+}
+
+TEST(ModelFailures, LeaveARoadAtItsNodes) {
+  auto const model = kb::zero::Model::create();
+  auto const network = RoadNetwork::create(model, {});
+  network->addNodes({1, 2}, {u"", u""}, std::vector<double>(6));
+  for (unsigned long const node : {1, 1, 2}) {  // for one more each, the lists need memory
+    auto const road = Road::create(model, {});
+    road->setStartNode(network->getNodes()[node]);
+    road->setEndNode(network->getNodes()[node]);
+    road->setCenters({0, 0}, {0, 0});
+    network->addRoad(road);
+  }
+  Road const last = network->getRoads().back();
+  for (auto const set : {&RoadImpl::setStartNode, &RoadImpl::setEndNode}) {
+    injected::follow({.failingAllocation = 1});
+    EXPECT_THROW((last.get()->*set)(network->getNodes().begin()->second), std::bad_alloc);
+    injected::follow({});
+    EXPECT_EQ(last->getStartNode()->getID() + last->getEndNode()->getID(), 4u);
+    checkWellFormed(network);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
