@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "export/NetworkExport.hpp"
+#include "export/Format.hpp"
 
 struct Options {
   std::string input;

@@ -19,7 +19,8 @@ namespace {
 OpenFeatureTables* loadGdal() {
   void* const library = ::dlopen("libroad_export_gdal.so", RTLD_NOW | RTLD_LOCAL);
   void* const function = library != nullptr ? ::dlsym(library, "openFeatureTables") : nullptr;
-  if (function == nullptr) throw std::runtime_error(std::string("GDAL can't be loaded: ") + ::dlerror());
+  if (function == nullptr)
+    throw std::runtime_error(std::string("GDAL can't be loaded: ") + ::dlerror());
   return reinterpret_cast<OpenFeatureTables*>(function);
 }
 
