@@ -29,7 +29,7 @@ std::string gdalPath(OutputFolder const& folder, std::string_view file) {
   return "/." + std::filesystem::absolute(folder.path(file)).string();
 }
 
-// GDAL's messages do not name the file, or by the name that it has until it is complete.
+// GDAL's messages name no file, or one by the name that it has only while it is unfinished.
 template <class Action>
 void naming(std::string const& output, Action const& action) {
   try {

@@ -193,8 +193,13 @@ class Formats(unittest.TestCase):
 
     def test_json_keeps_what_is_odd(self):
         """What becomes of each name, id and coordinate, the comparison above has seen."""
-        text = run(self.file("odd.osm", ODD), "-o", "-").stdout.decode()
+        source = self.file("odd.osm", ODD)
+        text = self.export(source, "json").read_text()
+        self.assertEqual(run(source, "-o", "-").stdout.decode(), text)
         network = json.loads(text)
+        self.assertEqual(list(network), ["limits", "geoReference", "nodes", "roads"])
+        self.assertEqual(" ".join(network["roads"][0]), "id name weight direction startNode "
+                                                        "endNode centersX centersY segments")
         segments = [road["segments"][0] for road in network["roads"]]
         self.assertTrue(all(set(segment["headings"]) == {None} for segment in segments))
         self.assertIn(math.inf, sum((segment["elevations"] for segment in segments), []))
@@ -217,29 +222,26 @@ class Formats(unittest.TestCase):
         self.assertEqual(dates, {("1970-01-01T00:00:00.000Z",
                                   "© OpenStreetMap contributors, ODbL-1.0")})
 
+    def road(self, *places):
+        """As GeoJSON: the only road of a file, through places of latitude and longitude."""
+        nodes = "".join(f'<node id="{i}" lat="{y}" lon="{x}"/>' for i, (y, x) in enumerate(places))
+        references = "".join(f'<nd ref="{i}"/>' for i in range(len(places)))
+        source = self.file("road.osm", f'<osm version="0.6">{nodes}<way id="1">{references}'
+                                       '<tag k="highway" v="road"/></way></osm>')
+        collection = json.loads(self.export(source, "geojson").read_text())
+        jsonschema.validate(collection, SCHEMA)
+        return collection["features"][-1]
+
     def test_lengths_are_geodesic(self):
-        """A degree along the equator, and one of latitude at it and at the pole, in metres."""
-        source = self.file("degrees.osm", """<osm version="0.6"><node id="1" lat="0" lon="179.5"/>
-            <node id="2" lat="0" lon="-179.5"/><node id="3" lat="1" lon="-179.5"/>
-            <node id="4" lat="89" lon="0"/><node id="5" lat="90" lon="0"/>
-            <way id="1"><nd ref="1"/><nd ref="2"/><tag k="highway" v="road"/></way>
-            <way id="2"><nd ref="2"/><nd ref="3"/><tag k="highway" v="service"/></way>
-            <way id="3"><nd ref="4"/><nd ref="5"/><tag k="highway" v="road"/></way></osm>""")
-        features = json.loads(self.export(source, "geojson").read_text())["features"]
-        lengths = [f["properties"]["length"] for f in features if f["properties"]["kind"] == "road"]
-        self.assertEqual([round(length, 2) for length in lengths],
-                         [round(111319.491 + 110574.389, 2), 111693.86])
+        """A degree along the equator, one of latitude at it, and one at the pole, in metres."""
+        for places, length in (([(0, 179.5), (0, -179.5), (1, -179.5)], 111319.491 + 110574.389),
+                               ([(89, 0), (90, 0)], 111693.865)):
+            self.assertAlmostEqual(self.road(*places)["properties"]["length"], length, 2)
 
     def test_geojson_is_cut_at_the_antimeridian(self):
         def lines(*longitudes, northwards=1):
-            nodes = "".join(f'<node id="{i}" lat="{northwards * i}" lon="{x}"/>'
-                            for i, x in enumerate(longitudes))
-            references = "".join(f'<nd ref="{i}"/>' for i in range(len(longitudes)))
-            source = self.file("far.osm", f'<osm version="0.6">{nodes}<way id="1">{references}'
-                                          '<tag k="highway" v="road"/></way></osm>')
-            collection = json.loads(self.export(source, "geojson").read_text())
-            jsonschema.validate(collection, SCHEMA)
-            geometry = collection["features"][-1]["geometry"]
+            places = ((northwards * i, x) for i, x in enumerate(longitudes))
+            geometry = self.road(*places)["geometry"]
             found = geometry["coordinates"]
             return [[p[:2] for p in line] for line in
                     (found if geometry["type"] == "MultiLineString" else [found])]
