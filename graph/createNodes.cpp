@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
+#include "support/ModelId.hpp"
 #include "support/ustring.hpp"
 
 using OpenStreetMap::Id;
@@ -49,7 +50,7 @@ void createNodes(RoadNetworkImporter& importer) {
   std::vector<Node const*> const nodes =
       importer.reader.getElements(importer.reader.nodes, junctions);
 
-  std::vector<unsigned long> ids;
+  std::vector<support::ModelId> ids;
   std::vector<std::u16string> names;
   std::vector<double> positions;
   ids.reserve(junctions.size());
