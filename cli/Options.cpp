@@ -1,13 +1,12 @@
 #include "cli/Options.hpp"
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <system_error>
 
+#include "cli/Place.hpp"
 #include "support/printable.hpp"
 
 namespace {
@@ -43,26 +42,29 @@ std::string listOfFormats() {
   return list.str();
 }
 
-// No output may replace the input or the other one, nor lie in it.
+// No file may be two of them, nor lie in a folder that another one is or becomes.
 void refuseSameFiles(Options const& options) {
-  auto const place = [](std::string const& name) -> std::filesystem::path {
-    std::error_code error;
-    auto const path = std::filesystem::weakly_canonical(name, error);
-    return name == "-" || error ? std::filesystem::path(name) : path;
-  };
-  auto const refuse = [&](char const* option, std::optional<std::string> const& output,
-                          char const* other, std::optional<std::string> const& existing) {
-    if (!output || !existing) return;
-    if (place(*output) == place(*existing)) {
+  auto const refuse = [](char const* option, std::optional<std::string> const& name,
+                         char const* other, std::optional<std::string> const& otherName) {
+    if (!name || !otherName) return;
+    Place const place(*name);
+    Place const otherPlace(*otherName);
+    if (place == otherPlace) {
       throw CLI::ValidationError(option, "the same as " + std::string(other));
     }
-    if (place(*output).parent_path() == place(*existing)) {
+    if (place.liesIn(otherPlace)) {
       throw CLI::ValidationError(option, "lies in " + std::string(other));
     }
+    if (otherPlace.liesIn(place)) {
+      throw CLI::ValidationError(option, std::string(other) + " lies in it");
+    }
   };
-  refuse("--output", options.output, "INPUT", options.input);
-  refuse("--report", options.report, "INPUT", options.input);
-  refuse("--report", options.report, "--output", options.output);
+  auto const written = [](std::optional<std::string> const& name) {
+    return name == "-" ? "/dev/stdout" : name;
+  };
+  refuse("--output", written(options.output), "INPUT", options.input);
+  refuse("--report", written(options.report), "INPUT", options.input);
+  refuse("--report", written(options.report), "--output", written(options.output));
 }
 
 // Returns the exit status.

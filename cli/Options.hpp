@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "export/NetworkExport.hpp"
+#include "export/Format.hpp"
 
 struct Options {
   std::string input;
@@ -15,7 +15,7 @@ struct Options {
   bool quiet = false;
 };
 
-/// Reads the arguments. Returns none when there is nothing more to do, and sets `exitCode`: 0 after
-/// --help or --version (1 if that can't be written), 2 after wrong arguments; what there is to say
-/// has been said then.
+/// Reads the arguments. When nothing is left to do, returns none, has said what there was to say,
+/// and sets `exitCode`: 0 after --help or --version (1 if that can't be written), 2 after wrong
+/// arguments.
 std::optional<Options> parseOptions(int argc, char const* const* argv, int& exitCode);

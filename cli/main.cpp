@@ -13,9 +13,12 @@
 
 #include "cli/Options.hpp"
 #include "cli/ProgressLine.hpp"
+#include "cli/endWhenOutOfMemory.hpp"
 #include "cli/printSummary.hpp"
 #include "export/NetworkExport.hpp"
 #include "export/OutputFile.hpp"
+#include "export/Temporary.hpp"
+#include "export/endingSignals.hpp"
 #include "export/writeReport.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "report/ImportReport.hpp"
@@ -79,12 +82,14 @@ int fail(std::string const& message) {
 
 int main(int argc, char** argv) {
   occupyStandardStreams();
+  cleanUpOnEndingSignals(Temporary::removeAll);
   std::string input = "?";
   try {
     int exitCode = 0;
     std::optional<Options> const options = parseOptions(argc, argv, exitCode);
     if (!options) return exitCode;
     input = options->input;
+    endWhenOutOfMemory(input);
     import(*options);
     return 0;
   } catch (std::bad_alloc const&) {

@@ -3,9 +3,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <stdexcept>
-#include <system_error>
 #include <utility>
+
+#include "export/throwCantWrite.hpp"
 
 namespace {
 
@@ -44,8 +44,4 @@ void BufferedFile::flush() {
     size -= static_cast<std::size_t>(count);
   }
   buffer_.clear();
-}
-
-void throwCantWrite(std::string const& name) {
-  throw std::runtime_error(name + ": can't write: " + std::generic_category().message(errno));
 }

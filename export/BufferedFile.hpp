@@ -18,6 +18,8 @@ class BufferedFile {
   /// Writes what is left and closes; nothing can be written any more.
   void close();
 
+  int descriptor() const noexcept { return descriptor_; }
+
  private:
   void flush();
 
@@ -25,6 +27,3 @@ class BufferedFile {
   std::string name_;
   std::string buffer_;
 };
-
-/// Throws std::runtime_error: the name, "can't write" and the reason that `errno` gives.
-[[noreturn]] void throwCantWrite(std::string const& name);

@@ -1,4 +1,4 @@
-// Writes the parts of a JSON text (RFC 8259).
+// Writes a JSON text (RFC 8259).
 #pragma once
 
 #include <cmath>
@@ -9,64 +9,89 @@
 #include "export/NumberText.hpp"
 #include "support/ustring.hpp"
 
-/// Numbers read back to the same bits; NaN is null, an infinite one 1e999.
+/// Puts in the separators; that everything that begins also ends, and that each member or item has
+/// one value, is the caller's part. Numbers read back to the same bits; NaN is null, an infinite
+/// one 1e999.
 class JsonWriter {
  public:
   explicit JsonWriter(BufferedFile& output) : output_(output) {}
 
-  void raw(std::string_view text) { output_.write(text); }
+  void beginObject() { begin("{"); }
+  void endObject() { end("}"); }
+  void beginList() { begin("["); }
+  void endList() { end("]"); }
 
-  /// Begins an object with its first member; the value follows.
-  void first(std::string_view name) { named("{\"", name); }
-  /// The next member of the object; the value follows.
-  void next(std::string_view name) { named(", \"", name); }
+  /// The next member of an object. Its value follows.
+  JsonWriter& member(std::string_view name) {
+    output_.write(isFirst_ ? "\"" : ", \"");
+    return named(name);
+  }
+  /// The same on a new line.
+  JsonWriter& memberLine(std::string_view name) {
+    newLine();
+    output_.write("\"");
+    return named(name);
+  }
+  /// The next item of a list. Its value follows.
+  JsonWriter& item() {
+    if (!isFirst_) output_.write(", ");
+    isFirst_ = false;
+    return *this;
+  }
+  /// The same on a new line.
+  JsonWriter& itemLine() {
+    newLine();
+    return *this;
+  }
+  /// After a whole text.
+  void endLine() { output_.write("\n"); }
+
+  void null() { output_.write("null"); }
 
   void number(double value) {
-    if (std::isnan(value)) return raw("null");
-    if (std::isinf(value)) return raw(value > 0 ? "1e999" : "-1e999");
+    if (std::isnan(value)) return null();
+    if (std::isinf(value)) return output_.write(value > 0 ? "1e999" : "-1e999");
     NumberText const digits(value);
-    raw(digits);
+    output_.write(digits);
     // Without a point, some readers would take it for an integer and lose the sign of -0.
-    if (std::string_view(digits).find_first_of(".e") == std::string_view::npos) raw(".0");
+    if (std::string_view(digits).find_first_of(".e") == std::string_view::npos) output_.write(".0");
   }
 
   template <class Integer>
   void integer(Integer value) {
-    raw(NumberText(value));
+    output_.write(NumberText(value));
   }
 
   /// The id of an element, or null for none.
   template <class Handle>
   void reference(Handle const& element) {
-    if (!element) return raw("null");
+    if (!element) return null();
     integer(element->getID());
   }
 
   void text(std::string_view utf8) {
-    raw("\"");
+    output_.write("\"");
     std::size_t start = 0;
     for (std::size_t i = 0; i < utf8.size(); ++i) {
       auto const c = static_cast<unsigned char>(utf8[i]);
       if (c >= 0x20 && c != '"' && c != '\\') continue;
-      raw(utf8.substr(start, i - start));
+      output_.write(utf8.substr(start, i - start));
       escape(c);
       start = i + 1;
     }
-    raw(utf8.substr(start));
-    raw("\"");
+    output_.write(utf8.substr(start));
+    output_.write("\"");
   }
   void text(std::u16string_view utf16) { text(support::ustring_to_utf8(utf16)); }
 
   template <class Range, class WriteItem>
   void list(Range const& range, WriteItem const& writeItem) {
-    raw("[");
-    char const* separator = "";
-    for (auto const& item : range) {
-      raw(separator);
-      writeItem(item);
-      separator = ", ";
+    beginList();
+    for (auto const& value : range) {
+      item();
+      writeItem(value);
     }
-    raw("]");
+    endList();
   }
 
   template <class Range>
@@ -80,22 +105,43 @@ class JsonWriter {
   }
 
  private:
-  void named(std::string_view before, std::string_view name) {
-    raw(before);
-    raw(name);
-    raw("\": ");
+  void begin(std::string_view bracket) {
+    output_.write(bracket);
+    ++depth_;
+    isFirst_ = true;
+  }
+
+  void end(std::string_view bracket) {
+    output_.write(bracket);
+    --depth_;
+    isFirst_ = false;
+  }
+
+  void newLine() {
+    output_.write(isFirst_ ? "\n" : ",\n");
+    for (std::size_t i = 0; i < depth_; ++i) output_.write(" ");
+    isFirst_ = false;
+  }
+
+  JsonWriter& named(std::string_view name) {
+    output_.write(name);
+    output_.write("\": ");
+    isFirst_ = false;
+    return *this;
   }
 
   void escape(unsigned char c) {
     constexpr char hex[] = "0123456789abcdef";
     if (c < 0x20) {
       char const code[] = {'\\', 'u', '0', '0', hex[c >> 4], hex[c & 15]};
-      raw({code, sizeof code});
+      output_.write({code, sizeof code});
     } else {
       char const code[] = {'\\', static_cast<char>(c)};
-      raw({code, sizeof code});
+      output_.write({code, sizeof code});
     }
   }
 
   BufferedFile& output_;
+  std::size_t depth_ = 0;
+  bool isFirst_ = true;  // nothing stands in the innermost object or list
 };

@@ -1,44 +1,17 @@
-// The formats that a network can be written in.
+// An output of a network.
 #pragma once
 
-#include <span>
 #include <string>
-#include <string_view>
 #include <variant>
-#include <vector>
 
+#include "export/Format.hpp"
 #include "export/NetworkWalk.hpp"
 #include "export/OutputFile.hpp"
 #include "export/OutputFolder.hpp"
 
 class RoadNetworkImporter;
 
-struct Format {
-  /// What it writes: a stream of bytes, which can go to standard output; or files by their names.
-  struct Stream {
-    void (*write)(RoadNetworkImporter const&, BufferedFile&, Progress const&);
-  };
-  struct Files {
-    void (*write)(RoadNetworkImporter const&, OutputFolder const&, Progress const&);
-    std::vector<std::string_view> names;
-    OutputFolder::Result result;
-    void (*require)() = nullptr;  ///< throws when the format can't be written
-  };
-
-  std::vector<std::string_view> endings;  ///< of file names; the first is the format's name, too
-  std::string_view description;
-  std::variant<Stream, Files> output;
-
-  std::string_view name() const { return endings.front(); }
-  bool isStream() const { return std::holds_alternative<Stream>(output); }
-};
-
-/// All of them; the first is the default.
-std::span<Format const> formats();
-/// The one with that ending, or null.
-Format const* findFormat(std::string_view ending);
-
-/// An output of a network.
+/// Is there whole or not at all, in whatever format.
 class NetworkExport {
  public:
   /// Throws std::runtime_error, with the name in its text, when the output can't be made, or exists

@@ -10,6 +10,7 @@
 #include "model/roadnetwork/Node.hpp"
 #include "model/roadnetwork/Road.hpp"
 #include "osm/records.hpp"
+#include "support/ModelId.hpp"
 
 class RoadNetworkImporter;
 
@@ -21,7 +22,7 @@ struct NodeRow {
 };
 
 struct RoadRow {
-  std::uint64_t id;
+  support::ModelId id;
   std::string name;     ///< UTF-8 without U+0000; empty for none
   std::string highway;  ///< the values of its ways' "highway" tags, each once, with ";" between
   velora::roadnetwork::DirectionOfTravel direction;

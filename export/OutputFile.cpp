@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "export/throwCantWrite.hpp"
+
 OutputFile::OutputFile(std::string const& name, bool overwrite) {
   struct stat status {};
   if (name == "-") {
@@ -17,6 +19,11 @@ OutputFile::OutputFile(std::string const& name, bool overwrite) {
     name_.emplace(name, overwrite);
     file_.emplace(temporary_.makeFile(name_->path()), name);
   }
+}
+
+void OutputFile::complete() {
+  if (name_) name_->setMode(file_->descriptor());
+  file_->close();
 }
 
 void OutputFile::commit() {

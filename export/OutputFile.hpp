@@ -17,7 +17,7 @@ class OutputFile {
 
   BufferedFile& file() { return *file_; }
   /// Writes what is left; then only the name is missing.
-  void complete() { file_->close(); }
+  void complete();
   void commit();
 
  private:

@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 
+#include "export/throwCantWrite.hpp"
+
 OutputFolder::OutputFolder(std::string const& name, bool overwrite,
                            std::span<std::string_view const> files, Result result)
     : name_(result == Result::folder ? OutputName(name, overwrite, files)
@@ -13,12 +15,19 @@ OutputFolder::OutputFolder(std::string const& name, bool overwrite,
 BufferedFile OutputFolder::make(std::string_view file) const {
   constexpr mode_t usualMode = 0666;
   std::string const shownName = name() + '/' += file;
-  int const descriptor =
-      ::open(path(file).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, usualMode);
+  int const descriptor = ::openat(temporary_.folder(), std::string(file).c_str(),
+                                  O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, usualMode);
   if (descriptor < 0) throwCantWrite(shownName);
   return {descriptor, shownName};
 }
 
 void OutputFolder::commit() {
-  name_.give(onlyFile_.empty() ? temporary_.path() : path(onlyFile_));
+  if (onlyFile_.empty()) {
+    name_.give(temporary_.path());
+    // Last: a folder that is not writable could not be removed if anything failed.
+    name_.setMode(temporary_.folder());
+  } else {
+    name_.setMode(temporary_.folder(), onlyFile_.c_str());
+    name_.give(path(onlyFile_));
+  }
 }

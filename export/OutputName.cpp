@@ -6,19 +6,21 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
-#include "export/BufferedFile.hpp"
-#include "export/Temporary.hpp"
+#include "export/endingSignals.hpp"
+#include "export/forEachEntry.hpp"
+#include "export/throwCantWrite.hpp"
 
 namespace {
 
 constexpr mode_t usualFileMode = 0666;
 constexpr mode_t usualFolderMode = 0777;
-constexpr mode_t allPermissions = 07777;
+constexpr mode_t permissions = 0777;  // without set-user-id and the like
 
 // Whether the file system lacks what renameat2 was asked to do.
 bool isUnsupported(int error) {
@@ -41,12 +43,15 @@ bool renameAndKeep(char const* from, char const* to) {
   return rename(from, to, 0);
 }
 
-// Some file systems give all files one owner and mode, and let nobody change them.
-bool setMode(char const* path, mode_t mode) {
-  return ::chmod(path, mode) == 0 || errno == EPERM;
-}
-
 }  // namespace
+
+// The first in a folder that is none of its files, or why that can't be told.
+struct OutputName::OtherFile {
+  char name[NAME_MAX + 1] = "";
+  int error = 0;
+
+  bool isThere() const { return *name != '\0' || error != 0; }
+};
 
 OutputName::OutputName(std::string name, bool overwrite)
     : OutputName(std::move(name), overwrite, S_IFREG, usualFileMode) {}
@@ -57,7 +62,7 @@ OutputName::OutputName(std::string const& name, bool overwrite,
                  overwrite, S_IFDIR, usualFolderMode) {
   files_.assign(files.begin(), files.end());
   if (!exists_) return;
-  refuseOtherFiles(path_);
+  if (OtherFile const other = otherFileIn(path_.c_str()); other.isThere()) failBecauseOf(other);
   if (::access(path_.c_str(), W_OK | X_OK) != 0) throwCantWrite(name_);
 }
 
@@ -80,7 +85,14 @@ OutputName::OutputName(std::string name, bool overwrite, unsigned kind, unsigned
   }
   if (!overwrite_) fail("exists already; --overwrite replaces it");
   path_ = std::filesystem::canonical(path_).string();
-  mode_ = status.st_mode & allPermissions;
+  mode_ = status.st_mode & permissions;
+}
+
+void OutputName::setMode(int descriptor, char const* fileInIt) const {
+  bool const isSet = fileInIt == nullptr ? ::fchmod(descriptor, mode_) == 0
+                                         : ::fchmodat(descriptor, fileInIt, mode_, 0) == 0;
+  // Some file systems give all files one owner and mode, and let nobody change them.
+  if (!isSet && errno != EPERM) throwCantWrite(name_);
 }
 
 void OutputName::give(std::string const& complete) const {
@@ -88,9 +100,8 @@ void OutputName::give(std::string const& complete) const {
 }
 
 void OutputName::giveToFile(char const* complete) const {
-  bool const isReady = setMode(complete, mode_);
   char const* const path = path_.c_str();
-  if (!isReady || !(overwrite_ ? rename(complete, path, 0) : renameAndKeep(complete, path))) {
+  if (!(overwrite_ ? rename(complete, path, 0) : renameAndKeep(complete, path))) {
     throwCantWrite(name_);
   }
 }
@@ -99,34 +110,42 @@ void OutputName::giveToFolder(char const* complete) const {
   char const* const path = path_.c_str();
   if (!exists_) {
     if (!renameAndKeep(complete, path)) throwCantWrite(name_);
-  } else {
-    InterruptsBlocked const blocked;  // they remove what is called `complete`
-    if (!rename(complete, path, RENAME_EXCHANGE)) {
-      if (isUnsupported(errno)) fail("can't be replaced on this file system; remove it first");
-      throwCantWrite(name_);
-    }
-    try {
-      refuseOtherFiles(complete);
-    } catch (...) {
-      rename(complete, path, RENAME_EXCHANGE);
-      throw;
-    }
+    return;
   }
-  // Last: what is not writable could not be removed if anything failed.
-  if (!setMode(path, mode_)) throwCantWrite(name_);
+  // Between the two exchanges, whatever ends the program would remove the folder that was there.
+  SignalsBlocked const blocked;
+  if (!rename(complete, path, RENAME_EXCHANGE)) {
+    if (isUnsupported(errno)) fail("can't be replaced on this file system; remove it first");
+    throwCantWrite(name_);
+  }
+  OtherFile const other = otherFileIn(complete);
+  if (!other.isThere()) return;
+  rename(complete, path, RENAME_EXCHANGE);
+  failBecauseOf(other);
 }
 
-void OutputName::refuseOtherFiles(std::string const& folder) const {
-  std::error_code error;
-  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    std::string const file = entry->path().filename().string();
-    bool const isOurs = std::find(files_.begin(), files_.end(), file) != files_.end();
-    if (!isOurs || entry->symlink_status(error).type() == std::filesystem::file_type::directory) {
-      fail("holds \"" + file + "\", which would be lost");
-    }
-  }
-  if (error) fail("can't read: " + error.message());
+// Allocates nothing: it is called where the program must not end.
+OutputName::OtherFile OutputName::otherFileIn(char const* folder) const {
+  OtherFile other;
+  int const descriptor = ::open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  bool const isRead = descriptor >= 0 && forEachEntry(descriptor, [&](char const* name) {
+                        std::string_view const file(name);
+                        if (other.isThere() || file == "." || file == "..") return;
+                        struct stat status {};
+                        bool const isOurs =
+                            std::find(files_.begin(), files_.end(), file) != files_.end() &&
+                            ::fstatat(descriptor, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+                            !S_ISDIR(status.st_mode);
+                        if (!isOurs) file.copy(other.name, NAME_MAX);
+                      });
+  if (!isRead) other.error = errno;
+  if (descriptor >= 0) ::close(descriptor);
+  return other;
+}
+
+void OutputName::failBecauseOf(OtherFile const& other) const {
+  if (other.error != 0) fail("can't read: " + std::generic_category().message(other.error));
+  fail("holds \"" + std::string(other.name) + "\", which would be lost");
 }
 
 void OutputName::fail(std::string const& reason) const {

@@ -21,16 +21,21 @@ class OutputName {
   /// Where it is: what a link of that name leads to.
   std::string const& path() const noexcept { return path_; }
 
-  /// Gives the name to a complete file or folder beside it, with the mode of what had it before or
-  /// else the usual one. A folder that had it before has the name `complete` then. Throws, and
-  /// changes nothing, when something came into being meanwhile that would be lost.
+  /// Gives an open file or folder, or a file in an open folder of this user alone, the permissions
+  /// of what had the name before, or else those that a plainly made one would have.
+  void setMode(int descriptor, char const* fileInIt = nullptr) const;
+  /// Gives the name to a complete file or folder beside it. A folder that had it before has the
+  /// name `complete` then. Throws, and changes nothing, when something came into being meanwhile
+  /// that would be lost.
   void give(std::string const& complete) const;
 
  private:
   OutputName(std::string name, bool overwrite, unsigned kind, unsigned usualMode);
   void giveToFile(char const* complete) const;
   void giveToFolder(char const* complete) const;
-  void refuseOtherFiles(std::string const& folder) const;
+  struct OtherFile;
+  OtherFile otherFileIn(char const* folder) const;
+  [[noreturn]] void failBecauseOf(OtherFile const& other) const;
   [[noreturn]] void fail(std::string const& reason) const;
 
   std::string name_;

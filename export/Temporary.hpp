@@ -1,11 +1,10 @@
 // What must not outlive the program unless it is complete.
 #pragma once
 
-#include <csignal>
 #include <string>
 
 /// An unfinished file, or a folder of unfinished files. What still has its name in the end is
-/// removed: by the destructor, or when a signal ends the program.
+/// removed.
 class Temporary {
  public:
   Temporary() = default;  ///< nothing
@@ -19,21 +18,16 @@ class Temporary {
   void makeFolder(std::string const& name);
 
   std::string const& path() const noexcept { return path_; }
+  /// An open descriptor of the folder, which stays its own.
+  int folder() const noexcept { return folder_; }
+
+  /// For a program that ends without destructors: removes all that are unfinished. Does nothing
+  /// that a signal handler may not.
+  static void removeAll() noexcept;
 
  private:
-  void registerPath();
+  void take(std::string&& path) noexcept;
 
   std::string path_;
-};
-
-/// Keeps interrupts off while what they would remove is not, or may not be, what it should be.
-class InterruptsBlocked {
- public:
-  InterruptsBlocked();
-  InterruptsBlocked(InterruptsBlocked const&) = delete;
-  InterruptsBlocked& operator=(InterruptsBlocked const&) = delete;
-  ~InterruptsBlocked();
-
- private:
-  sigset_t before_;
+  int folder_ = -1;
 };

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -18,47 +19,50 @@ namespace {
 OpenFeatureTables* loadGdal() {
   void* const library = ::dlopen("libosm2roadnet_gdal.so", RTLD_NOW | RTLD_LOCAL);
   void* const function = library != nullptr ? ::dlsym(library, "openFeatureTables") : nullptr;
-  if (function == nullptr) throw std::runtime_error(::dlerror());
+  if (function == nullptr)
+    throw std::runtime_error(std::string("GDAL can't be loaded: ") + ::dlerror());
   return reinterpret_cast<OpenFeatureTables*>(function);
 }
 
-void write(RoadNetworkImporter const& importer, char const* driver, std::string const& nodesPath,
-           std::string const& roadsPath, Progress const& progress) {
-  std::unique_ptr<FeatureTables> const tables(
-      loadGdal()(driver, nodesPath.c_str(), roadsPath.c_str()));
-  NetworkWalk walk(importer.roadNetwork, progress);
-  walk.forEachNode([&](Node const& node) { tables->add(nodeRow(node)); });
-  walk.forEachRoad([&](Road const& road) { tables->add(roadRow(road, importer)); });
-  tables->finish();
+// GDAL takes names that begin in certain ways for something else than a file: "GPKG:", "/vsimem/".
+std::string gdalPath(OutputFolder const& folder, std::string_view file) {
+  return "/." + std::filesystem::absolute(folder.path(file)).string();
 }
 
-// GDAL's messages do not name the file, or by the name that it has until it is complete.
-template <class Write>
-void namingTheOutput(OutputFolder const& folder, Write const& write) {
+// GDAL's messages name no file, or one by the name that it has only while it is unfinished.
+template <class Action>
+void naming(std::string const& output, Action const& action) {
   try {
-    write();
+    action();
   } catch (std::runtime_error const& error) {
-    throw std::runtime_error(folder.name() + ": can't write: " + error.what());
+    throw std::runtime_error(output + ": can't write: " + error.what());
   }
+}
+
+void write(RoadNetworkImporter const& importer, OutputFolder const& folder, char const* driver,
+           std::string_view nodesFile, std::string_view roadsFile, Progress const& progress) {
+  naming(folder.name(), [&] {
+    std::unique_ptr<FeatureTables> const tables(loadGdal()(
+        driver, gdalPath(folder, nodesFile).c_str(), gdalPath(folder, roadsFile).c_str()));
+    NetworkWalk walk(importer.roadNetwork, progress);
+    walk.forEachNode([&](Node const& node) { tables->add(nodeRow(node)); });
+    walk.forEachRoad([&](Road const& road) { tables->add(roadRow(road, importer)); });
+    tables->finish();
+  });
 }
 
 }  // namespace
 
-void requireGdal() {
-  loadGdal();
+void requireGdal(std::string const& output) {
+  naming(output, loadGdal);
 }
 
 void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& folder,
                      Progress const& progress) {
-  namingTheOutput(folder, [&] {
-    write(importer, "GPKG", folder.path(geoPackageFile), folder.path(geoPackageFile), progress);
-  });
+  write(importer, folder, "GPKG", geoPackageFile, geoPackageFile, progress);
 }
 
 void writeFlatGeobuf(RoadNetworkImporter const& importer, OutputFolder const& folder,
                      Progress const& progress) {
-  namingTheOutput(folder, [&] {
-    write(importer, "FlatGeobuf", folder.path(flatGeobufNodes), folder.path(flatGeobufRoads),
-          progress);
-  });
+  write(importer, folder, "FlatGeobuf", flatGeobufNodes, flatGeobufRoads, progress);
 }

@@ -1,6 +1,7 @@
 // The network for GIS, in formats that GDAL writes: GeoPackage and FlatGeobuf.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "export/NetworkWalk.hpp"
@@ -8,8 +9,8 @@
 
 class RoadNetworkImporter;
 
-/// Throws std::runtime_error when what brings GDAL can't be loaded.
-void requireGdal();
+/// Throws std::runtime_error, with the output's name in its text, when GDAL can't be loaded.
+void requireGdal(std::string const& output);
 
 /// Layers "nodes" and "roads", longitude before latitude, with elevations, on WGS 84 (EPSG:4326).
 /// An elevation that is not finite stays so; a name that is empty is null.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "export/JsonWriter.hpp"
@@ -73,40 +72,46 @@ class GeoJsonWriter {
   GeoJsonWriter(RoadNetworkImporter const& importer, BufferedFile& file, Progress const& progress)
       : importer_(importer), json_(file), walk_(importer.roadNetwork, progress) {}
 
-  void features(char const* beforeFirst, char const* beforeOthers, char const* after) {
-    char const* before = beforeFirst;
-    auto const write = [&](auto const& row) {
-      json_.raw(std::exchange(before, beforeOthers));
+  void collection() {
+    json_.beginObject();
+    json_.member("type").text("FeatureCollection");
+    json_.member("attribution").text(attribution);
+    json_.member("license").text(license);
+    json_.member("licenseUrl").text(licenseUrl);
+    json_.member("coordinateReferenceSystem").text("WGS 84 (EPSG:4326), longitude before latitude");
+    json_.memberLine("features").beginList();
+    forEachRow([&](auto const& row) {
+      json_.itemLine();
       feature(row);
-      json_.raw(after);
-    };
-    walk_.forEachNode([&](Node const& node) { write(nodeRow(node)); });
-    walk_.forEachRoad([&](Road const& road) { write(roadRow(road, importer_)); });
+    });
+    json_.endList();
+    json_.endObject();
+    json_.endLine();
   }
 
-  void collection() {
-    json_.first("type");
-    json_.text("FeatureCollection");
-    member("attribution", attribution);
-    member("license", license);
-    member("licenseUrl", licenseUrl);
-    member("coordinateReferenceSystem", "WGS 84 (EPSG:4326), longitude before latitude");
-    json_.raw(",\n \"features\": [");
-    features("\n  ", ",\n  ", "");
-    json_.raw("]}\n");
+  void lines() {
+    forEachRow([&](auto const& row) {
+      feature(row);
+      json_.endLine();
+    });
   }
 
  private:
+  template <class Action>
+  void forEachRow(Action const& action) {
+    walk_.forEachNode([&](Node const& node) { action(nodeRow(node)); });
+    walk_.forEachRoad([&](Road const& road) { action(roadRow(road, importer_)); });
+  }
+
   void feature(NodeRow const& node) {
     begin("node/", node.id, "Point");
     position({node.longitude, node.latitude, node.elevation}, std::isfinite(node.elevation));
-    json_.raw("}");
-    json_.next("properties");
-    json_.first("kind");
-    json_.text("node");
-    json_.next("node_id");
-    json_.integer(node.id);
-    json_.raw("}}");
+    json_.endObject();
+    json_.member("properties").beginObject();
+    json_.member("kind").text("node");
+    json_.member("node_id").integer(node.id);
+    json_.endObject();
+    json_.endObject();
   }
 
   void feature(RoadRow const& road) {
@@ -116,56 +121,39 @@ class GeoJsonWriter {
       json_.list(line, [&](Position const& place) { position(place, road.hasElevations); });
     };
     lines.size() == 1 ? writeLine(lines.front()) : json_.list(lines, writeLine);
-    json_.raw("}");
-    json_.next("properties");
-    json_.first("kind");
-    json_.text("road");
-    json_.next("road_id");
-    json_.integer(road.id);
-    json_.next("name");
-    road.name.empty() ? json_.raw("null") : json_.text(road.name);
-    member("highway", road.highway);
-    json_.next("direction");
-    json_.integer(static_cast<int>(road.direction));
-    json_.next("start_node");
-    json_.integer(road.startNode);
-    json_.next("end_node");
-    json_.integer(road.endNode);
-    json_.next("length");
-    json_.number(road.length);
-    json_.next("osm_way_ids");
-    json_.integers(road.wayIds);
-    json_.raw("}}");
+    json_.endObject();
+    json_.member("properties").beginObject();
+    json_.member("kind").text("road");
+    json_.member("road_id").integer(road.id);
+    json_.member("name");
+    road.name.empty() ? json_.null() : json_.text(road.name);
+    json_.member("highway").text(road.highway);
+    json_.member("direction").integer(static_cast<int>(road.direction));
+    json_.member("start_node").integer(road.startNode);
+    json_.member("end_node").integer(road.endNode);
+    json_.member("length").number(road.length);
+    json_.member("osm_way_ids").integers(road.wayIds);
+    json_.endObject();
+    json_.endObject();
   }
 
   // Up to the coordinates. The id has its kind in it, to be the only one of the file.
   template <class Id>
   void begin(char const* kind, Id id, char const* geometry) {
-    json_.first("type");
-    json_.text("Feature");
-    json_.next("id");
-    json_.text(kind + std::string(NumberText(id)));
-    json_.next("geometry");
-    json_.first("type");
-    json_.text(geometry);
-    json_.next("coordinates");
+    json_.beginObject();
+    json_.member("type").text("Feature");
+    json_.member("id").text(kind + std::string(NumberText(id)));
+    json_.member("geometry").beginObject();
+    json_.member("type").text(geometry);
+    json_.member("coordinates");
   }
 
   void position(Position const& place, bool hasElevation) {
-    json_.raw("[");
-    json_.number(place.longitude);
-    json_.raw(", ");
-    json_.number(place.latitude);
-    if (hasElevation) {
-      json_.raw(", ");
-      json_.number(place.elevation);
-    }
-    json_.raw("]");
-  }
-
-  void member(char const* name, std::string_view value) {
-    json_.next(name);
-    json_.text(value);
+    json_.beginList();
+    json_.item().number(place.longitude);
+    json_.item().number(place.latitude);
+    if (hasElevation) json_.item().number(place.elevation);
+    json_.endList();
   }
 
   RoadNetworkImporter const& importer_;
@@ -182,5 +170,5 @@ void writeGeoJson(RoadNetworkImporter const& importer, BufferedFile& file,
 
 void writeGeoJsonLines(RoadNetworkImporter const& importer, BufferedFile& file,
                        Progress const& progress) {
-  GeoJsonWriter(importer, file, progress).features("", "", "\n");
+  GeoJsonWriter(importer, file, progress).lines();
 }

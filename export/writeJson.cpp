@@ -1,7 +1,5 @@
 #include "export/writeJson.hpp"
 
-#include <utility>
-
 #include "export/JsonWriter.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/geographicLimits.hpp"
@@ -14,59 +12,42 @@ namespace {
 
 void writeNode(JsonWriter& json, Node const& node) {
   auto const roadId = [&](Road const& road) { json.reference(road); };
-  json.first("id");
-  json.reference(node);
-  json.next("name");
-  json.text(node->getName());
-  json.next("position");
-  json.numbers(node->getPosition());
-  json.next("incomingRoads");
-  json.list(node->getIncomingRoads(), roadId);
-  json.next("outgoingRoads");
-  json.list(node->getOutgoingRoads(), roadId);
-  json.raw("}");
+  json.beginObject();
+  json.member("id").reference(node);
+  json.member("name").text(node->getName());
+  json.member("position").numbers(node->getPosition());
+  json.member("incomingRoads").list(node->getIncomingRoads(), roadId);
+  json.member("outgoingRoads").list(node->getOutgoingRoads(), roadId);
+  json.endObject();
 }
 
 void writeSegment(JsonWriter& json, RoadSegment const& segment) {
-  json.first("id");
-  json.reference(segment);
-  json.next("startNode");
-  json.reference(segment->getStartNode());
-  json.next("endNode");
-  json.reference(segment->getEndNode());
-  json.next("centersX");
-  json.numbers(segment->getCentersX());
-  json.next("centersY");
-  json.numbers(segment->getCentersY());
-  json.next("elevations");
-  json.numbers(segment->getElevations());
-  json.next("bankingAngles");
-  json.numbers(segment->getBankingAngles());
-  json.next("headings");
-  json.numbers(segment->getHeadings());
-  json.raw("}");
+  json.beginObject();
+  json.member("id").reference(segment);
+  json.member("startNode").reference(segment->getStartNode());
+  json.member("endNode").reference(segment->getEndNode());
+  json.member("centersX").numbers(segment->getCentersX());
+  json.member("centersY").numbers(segment->getCentersY());
+  json.member("elevations").numbers(segment->getElevations());
+  json.member("bankingAngles").numbers(segment->getBankingAngles());
+  json.member("headings").numbers(segment->getHeadings());
+  json.endObject();
 }
 
 void writeRoad(JsonWriter& json, Road const& road) {
-  json.first("id");
-  json.reference(road);
-  json.next("name");
-  json.text(road->getName());
-  json.next("weight");
-  json.number(road->getWeight());
-  json.next("direction");
-  json.integer(static_cast<unsigned long>(road->getDirection()));
-  json.next("startNode");
-  json.reference(road->getStartNode());
-  json.next("endNode");
-  json.reference(road->getEndNode());
-  json.next("centersX");
-  json.numbers(road->getCentersX());
-  json.next("centersY");
-  json.numbers(road->getCentersY());
-  json.next("segments");
-  json.list(road->getRoadSegments(), [&](RoadSegment const& s) { writeSegment(json, s); });
-  json.raw("}");
+  json.beginObject();
+  json.member("id").reference(road);
+  json.member("name").text(road->getName());
+  json.member("weight").number(road->getWeight());
+  json.member("direction").integer(static_cast<unsigned long>(road->getDirection()));
+  json.member("startNode").reference(road->getStartNode());
+  json.member("endNode").reference(road->getEndNode());
+  json.member("centersX").numbers(road->getCentersX());
+  json.member("centersY").numbers(road->getCentersY());
+  json.member("segments").list(road->getRoadSegments(), [&](RoadSegment const& s) {
+    writeSegment(json, s);
+  });
+  json.endObject();
 }
 
 }  // namespace
@@ -75,26 +56,25 @@ void writeJson(RoadNetworkImporter const& importer, BufferedFile& file, Progress
   JsonWriter json(file);
   NetworkWalk walk(importer.roadNetwork, progress);
   auto const& origin = importer.roadNetwork->getGeoReference();
-  json.first("limits");
-  json.numbers(geographicLimits(importer));
-  json.raw(",\n \"geoReference\": ");
-  json.first("latitude");
-  json.number(origin->getLatitude());
-  json.next("longitude");
-  json.number(origin->getLongitude());
-  json.next("altitude");
-  json.number(origin->getAltitude());
-  json.raw("},\n \"nodes\": [");
-  char const* separator = "\n  ";
+  json.beginObject();
+  json.member("limits").numbers(geographicLimits(importer));
+  json.memberLine("geoReference").beginObject();
+  json.member("latitude").number(origin->getLatitude());
+  json.member("longitude").number(origin->getLongitude());
+  json.member("altitude").number(origin->getAltitude());
+  json.endObject();
+  json.memberLine("nodes").beginList();
   walk.forEachNode([&](Node const& node) {
-    json.raw(std::exchange(separator, ",\n  "));
+    json.itemLine();
     writeNode(json, node);
   });
-  json.raw("],\n \"roads\": [");
-  separator = "\n  ";
+  json.endList();
+  json.memberLine("roads").beginList();
   walk.forEachRoad([&](Road const& road) {
-    json.raw(std::exchange(separator, ",\n  "));
+    json.itemLine();
     writeRoad(json, road);
   });
-  json.raw("]}\n");
+  json.endList();
+  json.endObject();
+  json.endLine();
 }

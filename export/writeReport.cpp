@@ -1,6 +1,7 @@
 #include "export/writeReport.hpp"
 
-#include <utility>
+#include <array>
+#include <vector>
 
 #include "export/JsonWriter.hpp"
 #include "export/NetworkRows.hpp"
@@ -18,23 +19,20 @@ class ReportWriter {
       : importer_(importer), json_(output) {}
 
   void write(ImportReport const& report) {
-    json_.first("highwayWays");
-    json_.integer(report.highwayWays);
-    json_.next("imported");
-    json_.integer(report.importedWays);
-    json_.raw(",\n \"notImported\": {");
+    json_.beginObject();
+    json_.member("highwayWays").integer(report.highwayWays);
+    json_.member("imported").integer(report.importedWays);
+    json_.memberLine("notImported").beginObject();
     ways("notARoad", report.notARoad, "highway");
     list("missingNodes", report.missingNodes, [&](auto const& entry) {
-      way(*entry.way);
-      json_.next("missing");
-      json_.integer(entry.count);
-      json_.next("first");
-      json_.integers(entry.first);
+      json_.member("way").integer(entry.way->id);
+      json_.member("missing").integer(entry.count);
+      json_.member("first").integers(entry.first);
       place(*entry.way);
     });
     ways("fewerThanTwoNodes", report.fewerThanTwoNodes, "highway");
-    json_.raw("},\n \"toCheck\": {");
-    separator_ = "\n  ";
+    json_.endObject();
+    json_.memberLine("toCheck").beginObject();
     ways("impliedOneway", report.impliedOneway, "highway");
     ways("unknownOneway", report.unknownOneway, "oneway");
     joins("droppedDirections", report.droppedDirections, "oneway");
@@ -45,42 +43,35 @@ class ReportWriter {
     });
     ways("levelBridges", report.levelBridges, "highway");
     ways("oddLayers", report.oddLayers, "layer");
-    json_.raw("},\n \"roads\": [");
-    char const* separator = "\n  ";
+    json_.endObject();
+    json_.memberLine("roads").beginList();
     NetworkWalk(importer_.roadNetwork, {}).forEachRoad([&](Road const& road) {
-      json_.raw(std::exchange(separator, ",\n  "));
-      json_.first("road");
-      json_.reference(road);
-      json_.next("ways");
-      json_.integers(wayIdsOf(road, importer_));
-      json_.raw("}");
+      json_.itemLine().beginObject();
+      json_.member("road").reference(road);
+      json_.member("ways").integers(wayIdsOf(road, importer_));
+      json_.endObject();
     });
-    json_.raw("]}\n");
+    json_.endList();
+    json_.endObject();
+    json_.endLine();
   }
 
  private:
-  template <class Entries, class WriteEntry>
-  void list(char const* name, Entries const& entries, WriteEntry const& writeEntry) {
-    json_.raw(separator_);
-    json_.raw("\"");
-    json_.raw(name);
-    json_.raw("\": [");
-    char const* separator = "\n   ";
+  template <class Entries, class WriteMembers>
+  void list(char const* name, Entries const& entries, WriteMembers const& writeMembers) {
+    json_.memberLine(name).beginList();
     for (auto const& entry : entries) {
-      json_.raw(separator);
-      writeEntry(entry);
-      json_.raw("}");
-      separator = ",\n   ";
+      json_.itemLine().beginObject();
+      writeMembers(entry);
+      json_.endObject();
     }
-    json_.raw("]");
-    separator_ = ",\n  ";
+    json_.endList();
   }
 
   void ways(char const* name, std::vector<Way const*> const& entries, char const* key) {
-    list(name, entries, [&](Way const* entry) {
-      way(*entry);
-      tag(key, *entry);
-      place(*entry);
+    list(name, entries, [&](Way const* way) {
+      wayWithTag(*way, key);
+      place(*way);
     });
   }
 
@@ -94,51 +85,39 @@ class ReportWriter {
   void joins(char const* name, std::vector<ImportReport::Join> const& entries, char const* key) {
     list(name, entries, [&](ImportReport::Join const& join) {
       node(join.node);
-      json_.next("road");
-      json_.integer(join.road);
+      json_.member("road").integer(join.road);
       pair(*join.one, *join.other, key);
     });
   }
 
   void pair(Way const& one, Way const& other, char const* key) {
-    json_.next("ways");
-    json_.raw("[");
-    way(one);
-    tag(key, one);
-    json_.raw("}, ");
-    way(other);
-    tag(key, other);
-    json_.raw("}]");
+    json_.member("ways").list(std::array{&one, &other}, [&](Way const* way) {
+      json_.beginObject();
+      wayWithTag(*way, key);
+      json_.endObject();
+    });
   }
 
   void node(Id id) {
-    json_.first("node");
-    json_.integer(id);
+    json_.member("node").integer(id);
     at(*importer_.reader.wayNodes.find(id));
   }
 
   void at(OpenStreetMap::WayNodes::Position const& position) {
-    json_.next("latitude");
-    json_.number(position.latitude);
-    json_.next("longitude");
-    json_.number(position.longitude);
+    json_.member("latitude").number(position.latitude);
+    json_.member("longitude").number(position.longitude);
   }
 
-  void way(Way const& way) {
-    json_.first("way");
-    json_.integer(way.id);
-  }
-
-  // The value, or null.
-  void tag(char const* key, Way const& way) {
-    json_.next(key);
+  // The tag's value, or null.
+  void wayWithTag(Way const& way, char const* key) {
+    json_.member("way").integer(way.id);
+    json_.member(key);
     auto const found = way.tags.find(support::to_ustring(key));
-    found == way.tags.end() ? json_.raw("null") : json_.text(found->second);
+    found == way.tags.end() ? json_.null() : json_.text(found->second);
   }
 
   RoadNetworkImporter const& importer_;
   JsonWriter json_;
-  char const* separator_ = "\n  ";
 };
 
 }  // namespace

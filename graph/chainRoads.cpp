@@ -12,7 +12,9 @@
 
 #include "graph/JoinedName.hpp"
 #include "importer/RoadNetworkImporter.hpp"
+#include "support/ModelId.hpp"
 
+using support::ModelId;
 using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
 using velora::roadnetwork::RoadImpl;
@@ -202,7 +204,7 @@ class ChainPlan {
     while (parents_[road] != road) road = parents_[road] = parents_[parents_[road]];
     return road;
   }
-  unsigned long idOf(std::size_t road) const { return roads_[road]->getID(); }
+  ModelId idOf(std::size_t road) const { return roads_[road]->getID(); }
 
   JoinedName& nameOf(std::size_t chain) {
     std::optional<JoinedName>& name = chains_[chain].name;

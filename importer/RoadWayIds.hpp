@@ -2,19 +2,19 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "osm/records.hpp"
+#include "support/ModelId.hpp"
 
 /// A multimap from road ids, which count from 1, to way ids. The ways of a road are a chain through
 /// one list, so joining two roads joins two chains, however long.
 class RoadWayIds {
  public:
-  using RoadId = std::uint64_t;
+  using RoadId = support::ModelId;
   using WayId = OpenStreetMap::Id;
 
   void clear() noexcept {

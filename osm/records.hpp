@@ -11,6 +11,7 @@
 #include "osm/ElementTable.hpp"
 #include "osm/ElementType.hpp"
 #include "osm/TagMap.hpp"
+#include "support/ModelId.hpp"
 
 namespace OpenStreetMap {
 
@@ -18,11 +19,11 @@ namespace OpenStreetMap {
 using Id = std::int64_t;
 
 /// The id under which the road network knows an OSM element: the same 64 bits, unsigned.
-constexpr std::uint64_t modelId(Id id) noexcept {
-  return static_cast<std::uint64_t>(id);
+constexpr support::ModelId modelId(Id id) noexcept {
+  return static_cast<support::ModelId>(id);
 }
 /// And back.
-constexpr Id osmId(std::uint64_t modelId) noexcept {
+constexpr Id osmId(support::ModelId modelId) noexcept {
   return static_cast<Id>(modelId);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
+#include "support/ModelId.hpp"
 
 /// Read from a finished import, whose records it points to. Every way with a "highway" tag is
 /// either imported or in one of the three lists of ways that are not.
@@ -20,7 +21,7 @@ struct ImportReport {
   };
   /// Two ways that were joined at a node into one road.
   struct Join {
-    unsigned long road;
+    support::ModelId road;
     Way const* one;
     Way const* other;
     Id node;

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "support/IdHash.hpp"
+#include "support/ModelId.hpp"
 
 namespace support {
 
@@ -17,6 +18,6 @@ using IdSet = tsl::robin_set<std::int64_t, IdHash>;
 
 /// Keyed by ids of the model.
 template <class Value>
-using ModelIdMap = tsl::robin_map<std::uint64_t, Value, IdHash>;
+using ModelIdMap = tsl::robin_map<ModelId, Value, IdHash>;
 
 }  // namespace support

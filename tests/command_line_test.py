@@ -1,24 +1,32 @@
 """command_line_test.py PROGRAM: the program as a person meets it: arguments, messages, outputs."""
+import contextlib
+import fcntl
+import itertools
 import json
 import os
 import pathlib
+import re
 import resource
+import select
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 PROGRAM = sys.argv.pop(1)
 EXAMPLE = pathlib.Path(__file__).resolve().parent.parent / "examples" / "harbour-town.osm"
 MAKE_FILE = EXAMPLE.parent.parent / "bench" / "make_file.py"
 ENDINGS = ["json", "geojson", "geojsonl", "gpkg", "fgb", "gmns", "graphml"]
-EMPTY = '<osm version="0.6"></osm>'
+STREAMS = ["json", "geojson", "geojsonl", "graphml"]  # what can go to standard output
+FOLDERS = {"gmns": ["config.csv", "link.csv", "node.csv"], "fgb": ["nodes.fgb", "roads.fgb"]}
 
 
-def run(*arguments, **options):
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, timeout=60, **options)
+def limited(kind, size):
+    """Options of a process that gets no more than `size`."""
+    return {"preexec_fn": lambda: resource.setrlimit(kind, (size, size))}
 
 
 class CommandLine(unittest.TestCase):
@@ -27,239 +35,263 @@ class CommandLine(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
 
-    def file(self, name, content=EMPTY):
+    def run_on(self, *arguments, stdout=subprocess.PIPE, **options):
+        return subprocess.run([PROGRAM, *arguments], stdout=stdout, stderr=subprocess.PIPE,
+                              cwd=self.folder, timeout=60, **options)
+
+    def run_example(self, *arguments, **options):
+        return self.run_on(EXAMPLE, *arguments, **options)
+
+    def file(self, name, content='<osm version="0.6"></osm>'):
         path = self.folder / name
         path.write_text(content)
         return path
 
+    def pipe(self):
+        path = self.folder / "pipe"
+        os.mkfifo(path)
+        return path
+
+    def made(self, kind, size):
+        """A large file."""
+        subprocess.run([sys.executable, MAKE_FILE, kind, self.folder / "made.osm", str(size)],
+                       check=True)
+        return "made.osm"
+
+    def assert_succeeds(self, done):
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+
     def assert_fails(self, done, code, *texts):
-        """One line on standard error and nothing on standard output."""
+        """One line on standard error, which may be followed by a hint, and no standard output."""
         self.assertEqual(done.returncode, code, done.stderr)
-        self.assertEqual(done.stdout, b"")
+        self.assertFalse(done.stdout)
         lines = done.stderr.decode(errors="replace").splitlines()
         self.assertEqual(len(lines), 1 if code == 1 else 2, lines)
         self.assertTrue(lines[0].startswith("osm2roadnet: "), lines)
         for text in texts:
             self.assertIn(text, lines[0])
 
+    def assert_holds(self, *names, folder=""):
+        self.assertEqual(sorted(os.listdir(self.folder / folder)), sorted(names))
+
+    @contextlib.contextmanager
+    def held(self, *arguments, **options):
+        """The program when its network is complete and has not taken its name: it waits for
+        somebody to read the rest of its report, which happens after the block."""
+        pipe = self.pipe()
+        report = os.open(pipe, os.O_RDWR | os.O_NONBLOCK)
+        fcntl.fcntl(report, fcntl.F_SETPIPE_SZ, 4096)
+        process = subprocess.Popen([PROGRAM, EXAMPLE, *arguments, "-r", pipe], cwd=self.folder,
+                                   stderr=subprocess.PIPE, **options)
+        self.assertTrue(select.select([report], [], [], 60)[0])
+        yield process
+        while process.poll() is None:
+            with contextlib.suppress(BlockingIOError):
+                os.read(report, 4096)
+            time.sleep(0.001)
+        process.message = process.communicate()[1].decode()
+        os.close(report)
+        pipe.unlink()
+
     def test_wrong_arguments_are_refused_before_anything_is_opened(self):
-        output = self.folder / "out.json"
         for arguments in ([], ["a.osm", "b.osm"], [EXAMPLE, "--nonsense"], [EXAMPLE, "-o"],
-                          [EXAMPLE, "-o", "out.xyz"], [EXAMPLE, "-o", output, "-f", "shape"], [""],
-                          [EXAMPLE, "-o", output, "-f", "0"], [EXAMPLE, "-o", ""],
-                          [EXAMPLE, "-o", "json"], [EXAMPLE, "-f", "json"],
-                          [EXAMPLE, "-o", "-", "-f", "gpkg"], [EXAMPLE, "-o", "-", "-f", "gmns"],
-                          [EXAMPLE, "-o", "a\n\033[31m"], [EXAMPLE, "-r", EXAMPLE, "--overwrite"],
-                          [EXAMPLE, "-o", f"{EXAMPLE.parent}/../examples/{EXAMPLE.name}", "-fjson"],
-                          [EXAMPLE, "-o", output, "-r", f"{self.folder}/./out.json"],
-                          [EXAMPLE, "-o", output, "-fgmns", "-r", output / "report.json"]):
+                          [EXAMPLE, "-o", "a.xyz"], [EXAMPLE, "-o", "a", "-f", "shape"], [""],
+                          [EXAMPLE, "-o", ""], [EXAMPLE, "-o", "json"], [EXAMPLE, "-f", "json"],
+                          [EXAMPLE, "-o", "-", "-f", "gpkg"], [EXAMPLE, "-o", "a\n\033[31m"]):
             with self.subTest(arguments=arguments):
-                self.assert_fails(run(*arguments), 2)
-        self.assertFalse(output.exists())
+                self.assert_fails(self.run_on(*arguments), 2)
+        self.assert_holds()
 
-    def test_help_and_version(self):
-        for option, text in (("--help", b"--overwrite"), ("--version", b"osm2roadnet ")):
-            done = run(option)
-            self.assertEqual((done.returncode, done.stderr), (0, b""))
-            self.assertIn(text, done.stdout)
+    def test_no_file_is_two_things(self):
+        deep = self.folder / "deep"
+        deep.mkdir()
+        source = self.file("deep/in.osm")
+        os.link(source, self.folder / "hard.osm")
+        (self.folder / "link").symlink_to(self.folder)
+        for arguments in (["-o", "out.json", "-r", self.folder / "out.json"],
+                          ["-o", "./out.json", "-r", f"../{self.folder.name}/out.json"],
+                          ["-o", "out.json", "-r", "link/deep/../out.json"],
+                          ["-o", "-", "-r", "-"], ["-o", "-", "-r", "/dev/stdout"],
+                          ["-f", "json", "-o", "hard.osm"], ["-r", "link/deep/in.osm"],
+                          ["-f", "gmns", "-o", "deep/"], ["-f", "fgb", "-o", self.folder],
+                          ["-f", "gmns", "-o", "new", "-r", "new/deep/report.json"],
+                          ["-f", "json", "-o", "new/network", "-r", "new"]):
+            with self.subTest(arguments=arguments):
+                self.assert_fails(self.run_on("deep/in.osm", *arguments, "--overwrite"), 2)
+        self.assert_holds("deep", "hard.osm", "link")
+        self.assert_holds("in.osm", folder="deep")
 
-    def test_summary_counts(self):
-        done = run(EXAMPLE)
-        self.assertEqual((done.returncode, done.stderr), (0, b""))
-        for row in ("ways selected  80 of 93", "Nodes          82", "Roads          113",
-                    "joined Nodes   17"):
-            self.assertIn(row, done.stdout.decode())
-        self.assertEqual(run(EXAMPLE, "--quiet").stdout, b"")
-
-    def test_json_is_the_same_on_standard_output_and_in_a_file(self):
-        output = self.folder / "out.json"
-        self.assertEqual(run(EXAMPLE, "-o", output).returncode, 0)
-        self.assertEqual(run(EXAMPLE, "-o", "-").stdout, output.read_bytes())
-        network = json.loads(output.read_text())
-        self.assertEqual(list(network), ["limits", "geoReference", "nodes", "roads"])
-        self.assertEqual((len(network["nodes"]), len(network["roads"])), (82, 113))
-        self.assertEqual(list(network["roads"][0]),
-                         ["id", "name", "weight", "direction", "startNode", "endNode", "centersX",
-                          "centersY", "segments"])
-        self.assertIn("Hausbootsteg \U0001f6f6", [road["name"] for road in network["roads"]])
-        self.assertEqual(os.listdir(self.folder), ["out.json"])
-
-    def test_json_escapes_and_odd_numbers(self):
-        source = self.file("odd.osm", '<osm version="0.6">'
-                           '<node id="-1" lat="0.1" lon="-0.0"/><node id="2" lat="1e-7" lon="180"/>'
-                           '<way id="1"><nd ref="-1"/><nd ref="2"/><tag k="highway" v="road"/>'
-                           '<tag k="name" v="a&quot;b\\c&#10;d&#9;"/><tag k="layer" v="1e308"/></way>'
-                           "</osm>")
-        network = json.loads(run(source, "-o", "-").stdout)
-        road = network["roads"][0]
-        self.assertEqual(road["name"], 'a"b\\c\nd\t')
-        self.assertEqual(road["endNode"], 2)
-        self.assertEqual(road["startNode"], 2**64 - 1)
-        self.assertEqual(str(road["centersY"]), "[-0.0, 180.0]")
-        self.assertEqual(road["centersX"], [0.1, 1e-07])
-        self.assertEqual(road["segments"][0]["elevations"], [float("inf")] * 2)
-        self.assertEqual(road["segments"][0]["headings"], [None, None])
-        empty = json.loads(run(self.file("empty.osm"), "-o", "-").stdout)
-        self.assertEqual(empty, {"limits": [], "nodes": [], "roads": [], "geoReference":
-                                 {"latitude": None, "longitude": None, "altitude": 0}})
+    def test_what_a_person_sees(self):
+        for argument, pattern in (("--help", b"--overwrite"), ("--version", rb"^osm2roadnet \d"),
+                                  (EXAMPLE, rb"80 of 93\D* 12 [^N]*Nodes +82\D* 113\D* 17\n")):
+            done = self.run_on(argument)
+            self.assert_succeeds(done)
+            self.assertRegex(done.stdout, pattern)
+        self.assertEqual(self.run_example("--quiet").stdout, b"")
 
     def test_an_existing_output_is_kept_unless_told_otherwise(self):
         output = self.file("out.json", "precious")
-        self.assert_fails(run(EXAMPLE, "-o", output), 1, str(output), "--overwrite")
+        self.assert_fails(self.run_example("-o", "out.json"), 1, "out.json", "--overwrite")
+        self.file("broken.osm", "<osm")
+        done = self.run_on("broken.osm", "-o", output, "--overwrite")
+        self.assert_fails(done, 1, "broken.osm", "line 1")
         self.assertEqual(output.read_text(), "precious")
-        broken = self.file("broken.osm", "<osm")
-        self.assert_fails(run(broken, "-o", output, "--overwrite"), 1, str(broken), "line 1")
-        self.assertEqual(output.read_text(), "precious")
-        link = self.folder / "link.json"
-        link.symlink_to(output)
-        self.assertEqual(run(EXAMPLE, "-o", link, "--overwrite").returncode, 0)
-        self.assertTrue(link.is_symlink())
-        self.assertTrue(output.read_text().startswith("{"))
-        output.chmod(0o600)
-        self.assertEqual(run(EXAMPLE, "-o", output, "--overwrite").returncode, 0)
-        self.assertEqual(output.stat().st_mode & 0o777, 0o600)
-        self.assertEqual(sorted(os.listdir(self.folder)), ["broken.osm", "link.json", "out.json"])
+        (self.folder / "link").symlink_to(output)
+        for ending in ("json", "gpkg"):
+            output.chmod(0o6750)
+            self.assert_succeeds(self.run_example("-f", ending, "-o", "link", "--overwrite"))
+            self.assertGreater(output.stat().st_size, 100)
+            self.assertEqual(output.stat().st_mode & 0o7777, 0o750)
+        self.assert_holds("broken.osm", "link", "out.json")
+
+    def test_an_exchanged_name_changes_no_mode_of_others(self):
+        precious = self.file("precious")
+        precious.chmod(0o600)
+        pipe = self.pipe()
+        process = subprocess.Popen([PROGRAM, EXAMPLE, "-o", self.folder / "out.json", "-r", pipe])
+        while not (unfinished := list(self.folder.glob(".osm2roadnet-*"))):
+            self.assertIsNone(process.poll())  # it waits for somebody to read its report
+            time.sleep(0.001)
+        unfinished[0].unlink()
+        unfinished[0].symlink_to(precious)
+        pipe.read_bytes()
+        process.wait(60)
+        self.assertEqual(precious.stat().st_mode & 0o777, 0o600)
 
     def test_unreadable_inputs(self):
-        pipe = self.folder / "pipe"
-        os.mkfifo(pipe)
-        for source, reason in ((self.folder / "none.osm", "No such file"),
-                               (self.folder, "is a directory"),
-                               (pipe, "not a regular file"),
+        for source, reason in (("none.osm", "No such file"), (self.folder, "is a directory"),
+                               (self.pipe(), "not a regular file"),
                                (self.file("a b\nc.osm", "x"), "not an OSM file"),
-                               (os.fsencode(self.folder) + b"/\xff.osm", "UTF-8")):
+                               (b"\xff.osm", "UTF-8")):
             with self.subTest(source=source):
-                self.assert_fails(run(source), 1, reason)
+                self.assert_fails(self.run_on(source), 1, reason)
 
     def test_outputs_that_cannot_be_written(self):
-        self.assert_fails(run(EXAMPLE, "-o", self.folder / "none" / "out.json"), 1, "can't write")
-        self.assert_fails(run(EXAMPLE, "-f", "json", "-o", self.folder), 1, "is a directory")
-        dangling = self.folder / "dangling.json"
-        dangling.symlink_to(self.folder / "nothing")
-        self.assert_fails(run(EXAMPLE, "-o", dangling, "--overwrite"), 1, "link to nothing")
-        self.assertEqual(run(EXAMPLE, "-o", self.folder / ("n" * 250 + ".json")).returncode, 0)
-        self.assert_fails(run(EXAMPLE, "-f", "json", "-o", "/dev/full"), 1, "/dev/full", "No space")
-        with open("/dev/full", "w") as full:
-            for argument in (EXAMPLE, "--help", "--version"):
-                done = subprocess.run([PROGRAM, argument], stdout=full, stderr=subprocess.PIPE)
-                self.assertEqual(done.returncode, 1)
+        (self.folder / "dangling").symlink_to("nothing")
+        for name, ending, reason in (("none/out", "json", "none/out: can't write"),
+                                     (".", "json", "is a directory"),
+                                     (".", "gpkg", "is a directory"),
+                                     ("dangling", "json", "link to nothing"),
+                                     ("/dev/full", "json", "/dev/full: can't write: No space"),
+                                     ("/dev/null", "gpkg", "not a regular file"),
+                                     ("/dev/null", "gmns", "not a directory")):
+            with self.subTest(name=name, ending=ending):
+                done = self.run_example("-f", ending, "-o", name, "--overwrite")
+                self.assert_fails(done, 1, reason)
+        self.assert_fails(self.run_example("-o", "a.json", "-r", "/dev/full"), 1, "No space")
+        for ending in ENDINGS:
+            done = self.run_example("-o", f"out.{ending}", **limited(resource.RLIMIT_FSIZE, 4096))
+            self.assert_fails(done, 1, f"out.{ending}", "can't write")
+        self.assert_holds("dangling")
 
     def test_an_existing_folder_is_kept_unless_told_otherwise(self):
-        for ending, names in (("gmns", ["config.csv", "link.csv", "node.csv"]),
-                              ("fgb", ["nodes.fgb", "roads.fgb"])):
-            folder = self.folder / f"town.{ending}"
-            run(EXAMPLE, "-o", f"{folder}/")
-            self.assertEqual(sorted(os.listdir(folder)), names)
-            self.assert_fails(run(self.file("empty.osm"), "-o", folder), 1, "--overwrite")
+        self.file("empty.osm")
+        for ending, names in FOLDERS.items():
+            folder, link = self.folder / f"town.{ending}", self.folder / "link"
+            self.assert_succeeds(self.run_example("-o", f"town.{ending}/"))
+            self.assert_holds(*names, folder=folder)
+            self.assert_fails(self.run_on("empty.osm", "-o", folder), 1, "--overwrite")
             old = (folder / names[-1]).read_bytes()
-            folder.chmod(0o750)
-            link = self.folder / "link"
+            folder.chmod(0o1750)
             link.symlink_to(folder)
-            arguments = ["-f", ending, "--overwrite"]
-            done = run(self.file("empty.osm"), "-o", link, *arguments)
-            self.assertEqual((done.returncode, done.stderr), (0, b""))
+            self.assert_succeeds(self.run_on("empty.osm", "-o", link, "-f", ending, "--overwrite"))
             self.assertNotEqual((folder / names[-1]).read_bytes(), old)
-            self.assertEqual(folder.stat().st_mode & 0o777, 0o750)
+            self.assertEqual(folder.stat().st_mode & 0o7777, 0o750)
             link.unlink()
-            (folder / "precious").touch()
-            self.assert_fails(run(EXAMPLE, "-o", folder, *arguments), 1, '"precious"', "lost")
-            self.assertEqual(sorted(os.listdir(folder)), sorted([*names, "precious"]))
-            (folder / "precious").unlink()
-            (folder / names[0]).unlink()
-            (folder / names[0]).mkdir()
-            self.assert_fails(run(EXAMPLE, "-o", folder, *arguments), 1, f'"{names[0]}"', "lost")
-            file = self.file("file")
-            self.assert_fails(run(EXAMPLE, "-o", file, *arguments), 1, "is not a directory")
-            file.unlink()
-        self.assert_fails(run(EXAMPLE, "-o", self.folder, "-f", "gpkg"), 1, "is a directory")
-        self.assert_fails(run(EXAMPLE, "-o", "//", "-f", "gmns", "--overwrite"), 1, "/: holds ")
-        self.assert_fails(run(EXAMPLE, "-o", "/dev/null", "-f", "gpkg"), 1, "not a regular file")
-        self.assertEqual(sorted(os.listdir(self.folder)), ["empty.osm", "town.fgb", "town.gmns"])
+            for other in ("precious", names[0]):
+                (folder / other).unlink(missing_ok=True)
+                (folder / other).mkdir()
+                done = self.run_example("-o", folder, "--overwrite")
+                self.assert_fails(done, 1, f'"{other}"', "lost")
+                self.assert_holds(*{*names, other}, folder=folder)
+                (folder / other).rmdir()
+        self.assert_holds("empty.osm", "town.fgb", "town.gmns")
 
     def test_what_comes_into_being_meanwhile_is_kept(self):
-        source = self.chain(50_000)
-        for existing in (True, False):
-            output = self.folder / "out.gmns"
-            if existing:
-                run(EXAMPLE, "-o", output)
-            process = subprocess.Popen([PROGRAM, source, "-o", output, "--overwrite"],
-                                       stderr=subprocess.PIPE, text=True)
-            while not list(self.folder.glob(".osm2roadnet-*")):
-                self.assertIsNone(process.poll())
-            output.mkdir(exist_ok=True)
-            (output / "precious").touch()
-            self.assertIn("lost" if existing else "File exists", process.communicate()[1])
+        output = self.folder / "out.gmns"
+        for reason in ("File exists", "lost"):
+            with self.held("-o", output, "--overwrite") as process:
+                output.mkdir(exist_ok=True)
+                (output / "precious").touch()
+            self.assertIn(reason, process.message)
             self.assertEqual(process.returncode, 1)
             self.assertTrue((output / "precious").exists())
-            self.assertEqual(sorted(os.listdir(self.folder)), ["chain.osm", "out.gmns"])
-            shutil.rmtree(output)
+            self.assert_holds("out.gmns")
+            (output / "precious").unlink()  # a folder that may be replaced, the next time
 
-    def test_the_name_does_not_matter_where_the_format_is_given(self):
-        for ending in ENDINGS:
-            done = run(EXAMPLE, "-f", ending, "-o", self.folder / f"{ending}.csv")
-            self.assertEqual((done.returncode, done.stderr), (0, b""))
+    def test_names_decide_nothing_where_the_format_is_given(self):
+        """Nor are they anything but names for GDAL, or make it open what is there."""
+        self.pipe().rename(self.folder / "NZTM2000")
+        for folder in (".", "GPKG:", "a?b#%20&mode=ro"):
+            (self.folder / folder).mkdir(exist_ok=True)
+            for ending in ENDINGS:
+                output = f"{folder}/{ending * 30}.csv"
+                self.assert_succeeds(self.run_example("-f", ending, "-o", output))
+                self.assertTrue((self.folder / output).exists())
 
-    def test_outputs_are_there_both_or_not_at_all(self):
-        done = run(EXAMPLE, "-o", self.folder / "a.json", "-r", "/dev/full")
-        self.assert_fails(done, 1, "No space")
-        self.assertEqual(os.listdir(self.folder), [])
-
-    def test_a_closed_standard_output_is_an_error(self):
-        report = self.folder / "report.json"
-        done = subprocess.run(["sh", "-c", '"$@" >&-', "sh", PROGRAM, EXAMPLE, "-r", report],
-                              stderr=subprocess.PIPE)
-        self.assertEqual(done.returncode, 1, done.stderr)
-        json.loads(report.read_text())
-
-    def test_a_failed_write_leaves_nothing(self):
-        def limit_file_size():
-            resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096))
-
-        for ending in ENDINGS:
-            output = self.folder / f"out.{ending}"
-            done = run(EXAMPLE, "-o", output, preexec_fn=limit_file_size)
-            self.assert_fails(done, 1, str(output), "can't write")
-            self.assertEqual(os.listdir(self.folder), [])
-
-    def chain(self, ways):
-        """A large file: roads that all join into one."""
-        path = self.folder / "chain.osm"
-        subprocess.run([sys.executable, MAKE_FILE, "chain", path, str(ways)], check=True)
-        return path
-
-    def test_an_interrupt_leaves_nothing(self):
-        source = self.chain(50_000)
-        for number, ending in ((signal.SIGINT, "json"), (signal.SIGTERM, "gmns"),
-                               (signal.SIGHUP, "gpkg"), (signal.SIGQUIT, "fgb")):
-            process = subprocess.Popen([PROGRAM, source, "-o", self.folder / f"out.{ending}"])
-            # Not before there is something to leave: a file, or files in a folder.
-            while not list(self.folder.glob(".osm2roadnet-*" + ("" if ending == "json" else "/*"))):
-                self.assertIsNone(process.poll())
-            process.send_signal(number)
-            self.assertEqual(process.wait(60), -number)
-            self.assertEqual(os.listdir(self.folder), ["chain.osm"])
-
-    def test_a_closed_pipe_ends_quietly(self):
-        reading, writing = os.pipe()
+    def test_a_standard_output_that_cannot_be_written(self):
+        done = self.run_example("-r", "report.json", preexec_fn=lambda: os.close(1))
+        self.assert_fails(done, 1, "standard output")
+        json.loads((self.folder / "report.json").read_text())
+        with open("/dev/full", "w") as full:
+            for argument in (EXAMPLE, "--help", "--version"):
+                self.assertEqual(self.run_on(argument, stdout=full).returncode, 1)
+        reading, closed = os.pipe()
         os.close(reading)
-        for name in ("json", "geojson", "geojsonl", "graphml"):
-            done = subprocess.run([PROGRAM, EXAMPLE, "-o", "-", "-f", name], stdout=writing,
-                                  stderr=subprocess.PIPE)
-            self.assertEqual((done.returncode, done.stderr), (-signal.SIGPIPE, b""))
-        for arguments in (["-o", "-", "-r", self.folder / "report.json"],
-                          ["-o", self.folder / "out.gpkg", "-r", "-"]):
-            done = subprocess.run([PROGRAM, EXAMPLE, *arguments], stdout=writing,
-                                  stderr=subprocess.PIPE)
-            self.assertEqual((done.returncode, done.stderr), (-signal.SIGPIPE, b""))
-        self.assertEqual(os.listdir(self.folder), [])
-        os.close(writing)
+        with open(self.folder / "stream", "wb") as stream:
+            for arguments in (*(["-o", "-", "-f", name] for name in STREAMS),
+                              ["-o", "-", "-r", "report.json", "--overwrite"],
+                              ["-o", "out.gpkg", "-r", "-"]):
+                done = self.run_example(*arguments, stdout=stream,
+                                        **limited(resource.RLIMIT_FSIZE, 4096))
+                self.assert_fails(done, 1, "can't write: ")
+                done = self.run_example(*arguments, stdout=closed)
+                self.assertEqual((done.returncode, done.stderr), (-signal.SIGPIPE, b""))
+        os.close(closed)
+        self.assert_holds("report.json", "stream")
+
+    def test_a_signal_leaves_nothing(self):
+        harmless = {signal.SIGCHLD, signal.SIGCONT, signal.SIGSTOP, signal.SIGTSTP, signal.SIGTTIN,
+                    signal.SIGTTOU, signal.SIGURG, signal.SIGWINCH, signal.SIGXFSZ, signal.SIGKILL}
+        for number, ending in zip(sorted(signal.valid_signals() - harmless),
+                                  itertools.cycle(ENDINGS)):
+            with self.subTest(signal=number, ending=ending):
+                with self.held("-o", f"out.{ending}") as process:
+                    process.send_signal(number)
+                    self.assertEqual(process.wait(60), -number)
+                    self.assert_holds("pipe")
+        ignored = {"preexec_fn": lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN)}
+        with self.held("-o", "out.json", **ignored) as process:
+            process.send_signal(signal.SIGHUP)
+        self.assertEqual(process.returncode, 0)
+
+    def test_out_of_memory_is_one_line(self):
+        """With any address space from what the start takes to what the whole takes."""
+        def run_in(size, *arguments):
+            return self.run_on(*arguments, **limited(resource.RLIMIT_AS, size))
+
+        sizes = range(0, 2**29, 2**22)
+        start = next((size for size in sizes if run_in(size, "--version").returncode == 0), None)
+        if start is None:
+            self.skipTest("the sanitizers take more address space than can be limited")
+        source = self.made("chain", 14_000)
+        for ending in ENDINGS:
+            reasons = set()
+            for size in sizes[sizes.index(start):]:
+                done = run_in(size, source, "-o", f"out.{ending}")
+                if done.returncode == 0:
+                    break
+                with self.subTest(ending=ending, size=size):
+                    self.assert_fails(done, 1)
+                    reasons |= {*re.findall(b"out of memory|GDAL can't be loaded", done.stderr)}
+                    self.assertNotIn(f"out.{ending}", os.listdir(self.folder))
+            self.assertEqual(len(reasons), 2 if ending in ("gpkg", "fgb") else 1, reasons)
+        self.assert_holds("made.osm", *(f"out.{ending}" for ending in ENDINGS))
 
     def test_a_small_stack_suffices(self):
-        def limit_stack():
-            resource.setrlimit(resource.RLIMIT_STACK, (256 * 1024, 256 * 1024))
-
-        done = run(self.chain(20_000), "-o", "-", preexec_fn=limit_stack)
-        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        done = self.run_on(self.made("chain", 20_000), "-o", "-",
+                           **limited(resource.RLIMIT_STACK, 256 * 1024))
+        self.assert_succeeds(done)
         self.assertEqual(json.loads(done.stdout)["roads"][0]["weight"], 20_000)
 
 

@@ -40,6 +40,8 @@ class GdalTables final : public FeatureTables {
     for (auto const& [key, value] : {
              std::pair{"GDAL_NUM_THREADS", "1"},
              std::pair{"OGR_GPKG_ALLOW_THREADED_RTREE", "NO"},
+             // It would look for files that are called like tile matrix sets, wherever it is.
+             std::pair{"GDAL_VALIDATE_CREATION_OPTIONS", "NO"},
              // The same input gives the same bytes.
              std::pair{"OGR_CURRENT_DATE", "1970-01-01T00:00:00.000Z"},
              // The file has another name until it is complete; nobody needs to roll it back.

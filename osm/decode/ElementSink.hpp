@@ -53,7 +53,8 @@ class ElementSink {
     tags_.clear();
     references_.clear();
     members_.clear();
-    if (!manyKeys_.empty()) manyKeys_ = {};  // once large, a set stays slow to clear
+    // A set that was once large stays slow to clear, so a new one takes its place. (`= {}` clears.)
+    if (!manyKeys_.empty()) manyKeys_ = decltype(manyKeys_)();
   }
   void setPosition(double latitude, double longitude) { position_ = {latitude, longitude}; }
   /// Of two tags with one key the first stays. Both strings are interned ones.

@@ -1,0 +1,40 @@
+// The formats that a network can be written in.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "export/BufferedFile.hpp"
+#include "export/NetworkWalk.hpp"
+#include "export/OutputFolder.hpp"
+
+class RoadNetworkImporter;
+
+struct Format {
+  /// What it writes: a stream of bytes, which can go to standard output; or files by their names.
+  struct Stream {
+    void (*write)(RoadNetworkImporter const&, BufferedFile&, Progress const&);
+  };
+  struct Files {
+    void (*write)(RoadNetworkImporter const&, OutputFolder const&, Progress const&);
+    std::vector<std::string_view> names;
+    OutputFolder::Result result;
+    /// Throws, with the output's name, when the format can't be written at all; null if it can.
+    void (*require)(std::string const& output) = nullptr;
+  };
+
+  std::vector<std::string_view> endings;  ///< of file names; the first is the format's name, too
+  std::string_view description;
+  std::variant<Stream, Files> output;
+
+  std::string_view name() const { return endings.front(); }
+  bool isStream() const { return std::holds_alternative<Stream>(output); }
+};
+
+/// All of them; the first is the default.
+std::span<Format const> formats();
+/// The one with that ending, or null.
+Format const* findFormat(std::string_view ending);
