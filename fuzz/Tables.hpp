@@ -1,11 +1,14 @@
 // Tables to decode into, and a look at all that is in them.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include "osm/decode/TableFiller.hpp"
+#include "osm/decode/WayFiller.hpp"
 #include "osm/records.hpp"
 
 struct Tables {
@@ -33,7 +36,43 @@ struct Tables {
     }
   }
 
+  /// The same for what `roads` put into these tables, and has still to give, of a file that `all`
+  /// holds.
+  void checkKept(OpenStreetMap::WayFiller& roads, Tables const& all) const {
+    auto const wayNodes = roads.takeNodes();
+    require(isSame(roads.latitudeLimits(), all.filler.latitudeLimits()));
+    require(isSame(roads.longitudeLimits(), all.filler.longitudeLimits()));
+    require(roads.counts().nodes == all.nodes.size() && roads.counts().ways == all.ways.size());
+    require(roads.counts().relations == all.relations.size());
+    auto kept = ways.begin();
+    for (auto const& way : all.ways) {
+      if (!way.tags.contains(u"highway")) continue;
+      require(kept != ways.end() && kept->id == way.id);
+      auto const& references = kept->nodeReferences;
+      require(std::equal(references.begin(), references.end(), way.nodeReferences.begin(),
+                         way.nodeReferences.end()));
+      for (auto const* const key : {u"highway", u"name", u"oneway", u"layer"}) {
+        auto const value = way.tags.find(key);
+        require(value == way.tags.end() ? !kept->tags.contains(key)
+                                        : kept->tags.has(key, value->second));
+      }
+      for (std::size_t i = 0; i < references.size(); ++i) {
+        auto const* const node = all.nodes.find(references[i]);
+        auto const number = wayNodes.numbersOf(*kept)[i];
+        require(wayNodes.has(number) == (node != nullptr));
+        if (node == nullptr) continue;
+        require(isSame({wayNodes[number].latitude, wayNodes[number].longitude},
+                       {node->first, node->second}));
+      }
+      ++kept;
+    }
+    require(kept == ways.end());
+  }
+
  private:
+  static bool isSame(OpenStreetMap::Limits a, OpenStreetMap::Limits b) {  // to the last bit
+    return std::memcmp(&a, &b, sizeof a) == 0;
+  }
   static void require(bool holds) {
     if (!holds) std::abort();
   }

@@ -1,21 +1,45 @@
-// Any bytes as a whole file: XML, PBF blobs, gzip and bzip2 streams.
+// Any bytes as a whole file: XML, PBF blobs, gzip and bzip2 streams. What a reader keeps for roads
+// is what it would find in the tables of everything.
 #include <cstdint>
+#include <optional>
 
 #include "fuzz/MemorySource.hpp"
 #include "fuzz/Tables.hpp"
 #include "osm/decode/DecodeError.hpp"
+#include "osm/decode/WayFiller.hpp"
 #include "osm/decode/decodeFile.hpp"
+#include "tags/keys.hpp"
+
+namespace {
+
+std::optional<OpenStreetMap::DecodeError> decode(std::string_view bytes,
+                                                 OpenStreetMap::ElementSink& sink) {
+  try {
+    // Also in small pieces, so that whatever spans two of them is met.
+    MemorySource source(bytes, bytes.size() % 2 == 0 ? 7 : 64 * 1024);
+    OpenStreetMap::decodeFile(source, "", sink);
+    return std::nullopt;
+  } catch (OpenStreetMap::DecodeError const& error) {
+    return error;
+  }
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   std::string_view const bytes(reinterpret_cast<char const*>(data), size);
-  Tables tables;
-  try {
-    // Also in small pieces, so that whatever spans two of them is met.
-    MemorySource source(bytes, size % 2 == 0 ? 7 : 64 * 1024);
-    OpenStreetMap::decodeFile(source, "", tables.filler);
-    tables.check();
-  } catch (OpenStreetMap::DecodeError const& error) {
-    if (error.reason.empty()) std::abort();
+  Tables all, kept;
+  OpenStreetMap::Selection const selection = roadSelection();
+  OpenStreetMap::WayFiller roads(kept.storage, kept.ways, selection);
+  auto const error = decode(bytes, all.filler);
+  auto const sameError = decode(bytes, roads);
+  if (error.has_value() != sameError.has_value()) std::abort();
+  if (error) {
+    if (error->reason.empty()) std::abort();
+    if (error->reason != sameError->reason || error->place != sameError->place) std::abort();
+    return 0;
   }
+  all.check();
+  kept.checkKept(roads, all);
   return 0;
 }

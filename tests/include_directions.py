@@ -11,7 +11,7 @@ ALLOWED = {
     "model": {"support"},
     "osm": {"support"},
     "tags": {"support", "osm", "model/roadnetwork/DirectionOfTravel.hpp"},
-    "importer": {"support", "model", "osm", "ways", "graph", "segments"},
+    "importer": {"support", "model", "osm", "tags", "ways", "graph", "segments"},
     "ways": {"support", "osm", "tags", "importer"},
     "graph": {"support", "model", "osm", "importer"},
     "segments": {"support", "model", "osm", "tags", "importer"},
