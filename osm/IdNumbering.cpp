@@ -11,9 +11,12 @@ void IdNumbering::assignNumbers() {
   for (std::size_t i = 0; i < blocks_.size(); ++i) {
     Block& block = blocks_[i];
     block.first = static_cast<Number>(size_);
-    for (std::uint64_t const word : block.bits) {
-      size_ += static_cast<std::size_t>(std::popcount(word));
+    std::size_t inBlock = 0;
+    for (std::size_t word = 0; word < block.bits.size(); ++word) {
+      block.before[word] = static_cast<std::uint16_t>(inBlock);
+      inBlock += static_cast<std::size_t>(std::popcount(block.bits[word]));
     }
+    size_ += inBlock;
     if (size_ >= none) throw std::length_error("more nodes of roads than can be numbered");
     places_[block.key] = i;
   }

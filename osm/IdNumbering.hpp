@@ -39,15 +39,15 @@ class IdNumbering {
   struct Block {
     std::uint64_t key;  // the ids without their lowest bits
     std::array<std::uint64_t, 1U << (blockBits - wordBits)> bits{};
-    Number first = 0;  // number of its first id
+    std::array<std::uint16_t, 1U << (blockBits - wordBits)> before{};  // ids before each word
+    Number first = 0;                                                  // number of its first id
 
     Number numberOf(Id id) const noexcept {
       std::size_t const word = wordOf(id);
       std::uint64_t const bit = bitOf(id);
       if ((bits[word] & bit) == 0) return none;
-      int before = std::popcount(bits[word] & (bit - 1));
-      for (std::size_t i = 0; i < word; ++i) before += std::popcount(bits[i]);
-      return first + static_cast<Number>(before);
+      auto const inWord = static_cast<Number>(std::popcount(bits[word] & (bit - 1)));
+      return first + before[word] + inWord;
     }
   };
 

@@ -78,7 +78,7 @@ class PackedNodes {
     return static_cast<double>(std::int64_t{units} * 100) / 1e9;
   }
   static std::int32_t unitsOf(double degrees) noexcept {
-    auto const units = static_cast<std::int32_t>(std::lround(degrees * 1e7));
+    auto const units = static_cast<std::int32_t>(degrees * 1e7 + std::copysign(0.5, degrees));
     bool const isExact =
         std::bit_cast<std::uint64_t>(degreesOf(units)) == std::bit_cast<std::uint64_t>(degrees);
     return isExact ? units : none;
