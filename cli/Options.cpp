@@ -1,10 +1,12 @@
 #include "cli/Options.hpp"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <thread>
 
 #include "cli/Place.hpp"
 #include "support/printable.hpp"
@@ -75,6 +77,8 @@ int print(std::string const& text) {
 
 }  // namespace
 
+Options::Options() : threads(std::max(std::thread::hardware_concurrency(), 1U)) {}
+
 std::optional<Options> parseOptions(int argc, char const* const* argv, int& exitCode) {
   Options options;
   CLI::App app("Imports an OpenStreetMap file and builds a road network from it.", "osm2roadnet");
@@ -100,6 +104,10 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
                  "write what became of each way, and what to check, to this JSON file")
       ->type_name("FILE");
   app.add_flag("--overwrite", options.overwrite, "replace existing outputs");
+  app.add_option("--threads", options.threads,
+                 "decode PBF on so many threads; default: one a processor; all give the same")
+      ->check(CLI::Range(1, 1024))
+      ->type_name("N");
   app.add_flag("-q,--quiet", options.quiet, "no summary and no progress");
   try {
     app.parse(argc, argv);

@@ -13,6 +13,9 @@ struct Options {
   std::optional<std::string> report;  ///< "-" is standard output
   bool overwrite = false;
   bool quiet = false;
+  unsigned threads;  ///< that decode PBF files
+
+  Options();
 };
 
 /// Reads the arguments. When nothing is left to do, returns none, has said what there was to say,

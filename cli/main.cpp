@@ -13,6 +13,7 @@
 
 #include "cli/Options.hpp"
 #include "cli/ProgressLine.hpp"
+#include "cli/decodeInParallel.hpp"
 #include "cli/endWhenOutOfMemory.hpp"
 #include "cli/printSummary.hpp"
 #include "export/NetworkExport.hpp"
@@ -41,6 +42,7 @@ void import(Options const& options) {
   importer.reader.setProgress([&](std::uint64_t bytesRead, std::uint64_t fileSize) {
     progress.reading(bytesRead, fileSize);
   });
+  importer.reader.setPbfRunner(decodeInParallel(options.threads));
   importer.run(options.input);
   std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
 

@@ -6,6 +6,7 @@
 #include "fuzz/MemorySource.hpp"
 #include "fuzz/Tables.hpp"
 #include "osm/decode/DecodeError.hpp"
+#include "osm/decode/PbfFile.hpp"
 #include "osm/decode/WayFiller.hpp"
 #include "osm/decode/decodeFile.hpp"
 #include "tags/keys.hpp"
@@ -17,7 +18,7 @@ std::optional<OpenStreetMap::DecodeError> decode(std::string_view bytes,
   try {
     // Also in small pieces, so that whatever spans two of them is met.
     MemorySource source(bytes, bytes.size() % 2 == 0 ? 7 : 64 * 1024);
-    OpenStreetMap::decodeFile(source, "", sink);
+    OpenStreetMap::decodeFile(source, "", sink, OpenStreetMap::decodeOneByOne);
     return std::nullopt;
   } catch (OpenStreetMap::DecodeError const& error) {
     return error;

@@ -3,11 +3,14 @@
 #include "osm/ReadError.hpp"
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/FileSource.hpp"
+#include "osm/decode/PbfFile.hpp"
 #include "osm/decode/TableFiller.hpp"
 #include "osm/decode/WayFiller.hpp"
 #include "osm/decode/decodeFile.hpp"
 
 namespace OpenStreetMap {
+
+Reader::Reader() : runPbf_(decodeOneByOne) {}
 
 void Reader::setFile(std::u16string const& path) {
   clear();
@@ -45,7 +48,7 @@ void Reader::readFile() {
 
 void Reader::decode(ElementSink& sink) {
   FileSource source(*file_, progress_);
-  decodeFile(source, file_->name, sink);
+  decodeFile(source, file_->name, sink, runPbf_);
 }
 
 void Reader::takeLimits(ElementSink const& sink) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "osm/FileHandler.hpp"
+#include "osm/PbfRunner.hpp"
 #include "osm/Progress.hpp"
 #include "osm/RecordStorage.hpp"
 #include "osm/Selection.hpp"
@@ -38,7 +39,7 @@ class Reader {
   /// The nodes under the ways, which come in the place of `nodes` unless everything is kept.
   WayNodes wayNodes;
 
-  Reader() = default;
+  Reader();
   Reader(Reader const&) = delete;
   Reader& operator=(Reader const&) = delete;
 
@@ -49,6 +50,9 @@ class Reader {
   /// said. Whatever that is, a file is checked as a whole, and counts and limits are those of all
   /// of it.
   void setSelection(Selection selection) { selection_ = std::move(selection); }
+
+  /// Who decodes PBF files: on the caller's thread, unless something else is said.
+  void setPbfRunner(PbfRunner runner) { runPbf_ = std::move(runner); }
 
   void setProgress(Progress progress) { progress_ = std::move(progress); }
 
@@ -108,6 +112,7 @@ class Reader {
   Limits latitudeLimits_ = unknownLimits;
   Limits longitudeLimits_ = unknownLimits;
   Progress progress_;
+  PbfRunner runPbf_;
 };
 
 }  // namespace OpenStreetMap

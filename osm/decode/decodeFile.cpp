@@ -6,7 +6,7 @@
 #include "osm/decode/Bzip2Source.hpp"
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/GzipSource.hpp"
-#include "osm/decode/decodePbf.hpp"
+#include "osm/decode/PbfFile.hpp"
 #include "osm/decode/decodeXml.hpp"
 
 namespace OpenStreetMap {
@@ -53,7 +53,8 @@ bool looksLikePbf(std::string_view head) {
          (head.starts_with('\0') || head.substr(4).starts_with("\n\tOSMHeader"sv));
 }
 
-void decodeUnpacked(SniffedSource& source, std::string_view name, ElementSink& sink) {
+void decodeUnpacked(SniffedSource& source, std::string_view name, ElementSink& sink,
+                    PbfRunner const& runPbf) {
   std::string_view const head = source.head();
   if (head.empty()) throw DecodeError{"", "the file is empty"};
   if (looksLikeXml(head)) {
@@ -66,24 +67,28 @@ void decodeUnpacked(SniffedSource& source, std::string_view name, ElementSink& s
       throw DecodeError{"", std::string("this is not an OSM file; it is ") + format.name};
     }
   }
-  if (looksLikePbf(head)) return decodePbf(source, sink);
+  if (looksLikePbf(head)) {
+    PbfFile pbf(source, sink);
+    return runPbf(pbf);
+  }
   throw DecodeError{"", "this is not an OSM file (neither OSM XML nor PBF)"};
 }
 
 }  // namespace
 
-void decodeFile(ByteSource& file, std::string_view name, ElementSink& sink) {
+void decodeFile(ByteSource& file, std::string_view name, ElementSink& sink,
+                PbfRunner const& runPbf) {
   SniffedSource packed(file);
   if (packed.head().starts_with("\x1F\x8B"sv)) {
     GzipSource gzip(packed);
     SniffedSource unpacked(gzip);
-    decodeUnpacked(unpacked, name, sink);
+    decodeUnpacked(unpacked, name, sink, runPbf);
   } else if (packed.head().starts_with("BZh"sv)) {
     Bzip2Source bzip2(packed);
     SniffedSource unpacked(bzip2);
-    decodeUnpacked(unpacked, name, sink);
+    decodeUnpacked(unpacked, name, sink, runPbf);
   } else {
-    decodeUnpacked(packed, name, sink);
+    decodeUnpacked(packed, name, sink, runPbf);
   }
 }
 

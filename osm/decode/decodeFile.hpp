@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "osm/PbfRunner.hpp"
 #include "osm/decode/ByteSource.hpp"
 #include "osm/decode/ElementSink.hpp"
 
@@ -10,7 +11,8 @@ namespace OpenStreetMap {
 
 /// Decodes a whole file: OSM XML or PBF, plain or in gzip or bzip2, by what its first bytes say.
 /// The name of the file decides nothing, but XML under a name that ends in ".pbf" is refused.
-/// Throws DecodeError, std::bad_alloc.
-void decodeFile(ByteSource& file, std::string_view name, ElementSink& sink);
+/// `runPbf` is asked to decode a PBF file. Throws DecodeError, std::bad_alloc.
+void decodeFile(ByteSource& file, std::string_view name, ElementSink& sink,
+                PbfRunner const& runPbf);
 
 }  // namespace OpenStreetMap

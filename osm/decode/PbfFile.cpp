@@ -1,4 +1,4 @@
-#include "osm/decode/decodePbf.hpp"
+#include "osm/decode/PbfFile.hpp"
 
 #include <array>
 #include <cstdint>
@@ -103,84 +103,96 @@ void decodeHeaderBlock(std::string_view block, ElementSink& sink) {
   }
 }
 
-class PbfDecoder {
- public:
-  PbfDecoder(ByteSource& source, ElementSink& sink) : source_(source), sink_(sink), blocks_(sink) {}
-
-  void decode() {
-    try {
-      while (decodeBlob()) {
-      }
-    } catch (std::runtime_error const& error) {
-      throw DecodeError{place(), error.what()};
-    } catch (protozero::exception const& error) {
-      throw DecodeError{place(), std::string("malformed protobuf: ") + error.what()};
-    }
+// Runs a step of a blob; what it throws waits in the blob.
+template <class Step>
+void guarded(PbfFile::Blob& blob, Step const& step) {
+  try {
+    step();
+  } catch (std::runtime_error const& error) {
+    blob.error = std::make_exception_ptr(DecodeError{blob.place, error.what()});
+  } catch (protozero::exception const& error) {
+    std::string const reason = std::string("malformed protobuf: ") + error.what();
+    blob.error = std::make_exception_ptr(DecodeError{blob.place, reason});
+  } catch (...) {
+    blob.error = std::current_exception();
   }
-
- private:
-  std::string place() const {
-    return "blob " + std::to_string(number_) + " at byte " + std::to_string(start_);
-  }
-
-  // Returns false at the end of the file.
-  bool decodeBlob() {
-    start_ = position_;
-    ++number_;
-    std::optional<std::size_t> const headerSize = readHeaderSize();
-    if (!headerSize) return false;
-    BlobHeader const header = parseBlobHeader(readBytes(*headerSize, header_));
-    std::string_view const blob = readBytes(header.dataSize, blob_);
-    if ((number_ == 1) != (header.type == "OSMHeader")) {
-      throw pbf::InvalidData(number_ == 1 ? "the file does not start with an OSMHeader"
-                                          : "a second OSMHeader");
-    }
-    if (number_ == 1) {
-      decodeHeaderBlock(unpacker_.unpack(blob), sink_);
-    } else if (header.type == "OSMData") {
-      blocks_.decode(unpacker_.unpack(blob));
-    }
-    return true;
-  }
-
-  std::optional<std::size_t> readHeaderSize() {
-    std::array<char, 4> bytes{};
-    std::size_t const count = source_.readFully(bytes.data(), bytes.size());
-    position_ += count;
-    if (count == 0) return std::nullopt;
-    if (count < bytes.size()) throw pbf::InvalidData("the file is cut short");
-    std::size_t size = 0;
-    for (char const byte : bytes) size = size << 8 | static_cast<unsigned char>(byte);
-    if (size > maxHeaderSize) {
-      throw pbf::InvalidData("the blob header claims " + std::to_string(size) +
-                             " bytes; the format allows 64 KiB");
-    }
-    return size;
-  }
-
-  std::string_view readBytes(std::size_t size, std::vector<char>& buffer) {
-    buffer.resize(size);
-    std::size_t const count = source_.readFully(buffer.data(), size);
-    position_ += count;
-    if (count < size) throw pbf::InvalidData("the file is cut short");
-    return {buffer.data(), size};
-  }
-
-  ByteSource& source_;
-  ElementSink& sink_;
-  PbfBlobUnpacker unpacker_;
-  PbfBlockDecoder blocks_;
-  std::vector<char> header_;
-  std::vector<char> blob_;
-  std::uint64_t position_ = 0;
-  std::uint64_t start_ = 0;
-  std::uint64_t number_ = 0;
-};
+}
 
 }  // namespace
 
-void decodePbf(ByteSource& source, ElementSink& sink) {
-  PbfDecoder(source, sink).decode();
+void decodeOneByOne(PbfFile& file) {
+  PbfFile::Blob blob;
+  while (file.read(blob)) {
+    PbfFile::unpack(blob);
+    file.decode(blob);
+  }
+}
+
+bool PbfFile::read(Blob& blob) {
+  if (failed_) return false;
+  blob.isHeader = blob.isData = false;
+  blob.place = "blob " + std::to_string(++number_) + " at byte " + std::to_string(position_);
+  bool isThere = true;
+  guarded(blob, [&] {
+    std::optional<std::size_t> const headerSize = readHeaderSize();
+    isThere = headerSize.has_value();
+    if (isThere) readBlob(blob, *headerSize);
+  });
+  failed_ = blob.error != nullptr;
+  return isThere;
+}
+
+void PbfFile::unpack(Blob& blob) {
+  if (blob.error) return;
+  guarded(blob, [&] {
+    if (blob.isHeader || blob.isData) {
+      blob.data = blob.unpacker.unpack({blob.packed.data(), blob.packed.size()});
+    }
+  });
+}
+
+void PbfFile::decode(Blob& blob) {
+  if (!blob.error) {
+    guarded(blob, [&] {
+      if (blob.isHeader) decodeHeaderBlock(blob.data, sink_);
+      if (blob.isData) blocks_.decode(blob.data);
+    });
+  }
+  if (blob.error) std::rethrow_exception(blob.error);
+}
+
+void PbfFile::readBlob(Blob& blob, std::size_t headerSize) {
+  BlobHeader const header = parseBlobHeader(readBytes(headerSize, blob.header));
+  readBytes(header.dataSize, blob.packed);
+  blob.isHeader = number_ == 1;
+  if (blob.isHeader != (header.type == "OSMHeader")) {
+    throw pbf::InvalidData(blob.isHeader ? "the file does not start with an OSMHeader"
+                                         : "a second OSMHeader");
+  }
+  blob.isData = header.type == "OSMData";
+}
+
+std::optional<std::size_t> PbfFile::readHeaderSize() {
+  std::array<char, 4> bytes{};
+  std::size_t const count = source_.readFully(bytes.data(), bytes.size());
+  position_ += count;
+  if (count == 0) return std::nullopt;
+  if (count < bytes.size()) throw pbf::InvalidData("the file is cut short");
+  std::size_t size = 0;
+  for (char const byte : bytes) size = size << 8 | static_cast<unsigned char>(byte);
+  if (size > maxHeaderSize) {
+    throw pbf::InvalidData("the blob header claims " + std::to_string(size) +
+                           " bytes; the format allows 64 KiB");
+  }
+  return size;
+}
+
+std::string_view PbfFile::readBytes(std::size_t size, std::vector<char>& buffer) {
+  buffer.resize(size);
+  std::size_t const count = source_.readFully(buffer.data(), size);
+  position_ += count;
+  if (count < size) throw pbf::InvalidData("the file is cut short");
+  return {buffer.data(), size};
 }
 
 }  // namespace OpenStreetMap

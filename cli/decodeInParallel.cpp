@@ -1,0 +1,57 @@
+#include "cli/decodeInParallel.hpp"
+
+#include <tbb/global_control.h>
+#include <tbb/parallel_pipeline.h>
+#include <tbb/task_arena.h>
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "osm/decode/DecodeError.hpp"
+#include "osm/decode/PbfFile.hpp"
+
+using OpenStreetMap::PbfFile;
+using Blob = PbfFile::Blob;
+
+namespace {
+
+void run(PbfFile& file, unsigned threads) {
+  // The next blob is read while one is decoded, and those between them are unpacked.
+  std::vector<Blob> blobs(2 * threads);
+  std::size_t next = 0;
+  auto const read = [&](tbb::flow_control& flow) -> Blob* {
+    // As many are under way at most, and they leave in their order, so this one is free.
+    Blob& blob = blobs[next++ % blobs.size()];
+    if (file.read(blob)) return &blob;
+    flow.stop();
+    return nullptr;
+  };
+  auto const unpack = [](Blob* blob) {
+    PbfFile::unpack(*blob);
+    return blob;
+  };
+  auto const decode = [&](Blob* blob) { file.decode(*blob); };
+  using tbb::filter_mode;
+  using tbb::make_filter;
+  tbb::parallel_pipeline(blobs.size(),
+                         make_filter<void, Blob*>(filter_mode::serial_in_order, read) &
+                             make_filter<Blob*, Blob*>(filter_mode::parallel, unpack) &
+                             make_filter<Blob*, void>(filter_mode::serial_in_order, decode));
+}
+
+}  // namespace
+
+OpenStreetMap::PbfRunner decodeInParallel(unsigned threads) {
+  if (threads <= 1) return OpenStreetMap::decodeOneByOne;
+  return [threads](PbfFile& file) {
+    tbb::global_control const allowed(tbb::global_control::max_allowed_parallelism, threads);
+    tbb::task_arena arena(static_cast<int>(threads));
+    try {
+      arena.execute([&] { run(file, threads); });
+    } catch (std::runtime_error const& error) {  // a blob throws DecodeError
+      throw OpenStreetMap::DecodeError{"", std::string("--threads: ") + error.what()};
+    }
+  };
+}
