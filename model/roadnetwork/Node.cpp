@@ -83,6 +83,11 @@ void NodeImpl::detach() {
   if (network_ != nullptr) network_->removeNode(*this);
 }
 
+void NodeImpl::forgetGone(kb::zero::ModelImpl const& model) noexcept {
+  incomingRoads_.removeGone(model);
+  outgoingRoads_.removeGone(model);
+}
+
 // The resolved road refers to this node already, or it would not have taken the proxy's place.
 void NodeImpl::replaced(Property const& property, ModelElementImpl& proxy, ModelElementImpl&) {
   auto& road = static_cast<RoadImpl&>(proxy);

@@ -53,6 +53,7 @@ class NodeImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
+  void forgetGone(kb::zero::ModelImpl const& model) noexcept override;
   void replaced(kb::zero::meta::Property const& property, kb::zero::ModelElementImpl& proxy,
                 kb::zero::ModelElementImpl& resolved) override;
   bool refersTo(kb::zero::meta::Property const& property,

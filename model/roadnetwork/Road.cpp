@@ -15,8 +15,8 @@ static_assert(sizeof(RoadImpl) <= 104);
 RoadImpl::RoadImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
 
 RoadImpl::~RoadImpl() {
-  setStartNode(Node());
-  setEndNode(Node());
+  if (startNode_ && !goesTogetherWith(*startNode_.get())) setStartNode(Node());
+  if (endNode_ && !goesTogetherWith(*endNode_.get())) setEndNode(Node());
   for (std::size_t i = 0; i < roadSegments_.size(); ++i) segment(i).road_ = nullptr;
 }
 

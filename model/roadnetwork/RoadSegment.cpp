@@ -12,6 +12,9 @@ static_assert(sizeof(RoadSegmentImpl) <= 88);
 RoadSegmentImpl::RoadSegmentImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
 
 RoadSegmentImpl::~RoadSegmentImpl() {
+  for (RoadSegmentNode* const end : {&start_, &end_}) {
+    if (*end && goesTogetherWith(*end->get())) *end = {};
+  }
   leaveNodes();
 }
 

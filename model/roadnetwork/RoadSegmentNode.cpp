@@ -18,4 +18,8 @@ void RoadSegmentNodeImpl::detach() {
   segments_.clear();
 }
 
+void RoadSegmentNodeImpl::forgetGone(kb::zero::ModelImpl const& model) noexcept {
+  segments_.removeGone(model);
+}
+
 }  // namespace velora::roadnetwork

@@ -18,6 +18,7 @@ class RoadSegmentNodeImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
+  void forgetGone(kb::zero::ModelImpl const& model) noexcept override;
 
  private:
   friend class RoadSegmentImpl;

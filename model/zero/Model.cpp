@@ -12,15 +12,21 @@ using internal::Slab;
 ModelImpl::ModelImpl() = default;
 
 ModelImpl::~ModelImpl() {
-  // From the start no element finds a model any more. An element that goes may end others, in any
-  // slab, so the slabs themselves go last.
-  for (Slabs& slabs : slabs_) {
-    for (Slab& slab : slabs) slab.forgetModel();
-  }
-  for (Slabs& slabs : slabs_) {
-    for (Slab& slab : slabs) slab.forEach([](ModelElementImpl& element) { element.leaveModel(); });
-  }
+  // An element that goes may end others, in any slab, so the slabs themselves go last. What refers
+  // to an element that is gone, mostly goes too: only what handles keep has to forget it.
+  isGoing_ = true;
+  forEach([](ModelElementImpl& element) { element.leaveModel(); });
+  forEach([this](ModelElementImpl& element) { element.forgetGone(*this); });
   for (Slabs& slabs : slabs_) slabs.clear_and_dispose([](Slab* slab) { slab->giveUp(); });
+}
+
+bool ModelImpl::isGone(ModelElementImpl const& element) const noexcept {
+  for (Slabs const& slabs : slabs_) {
+    for (Slab const& slab : slabs) {
+      if (slab.covers(element)) return !slab.holds(element);
+    }
+  }
+  return false;
 }
 
 Slab& ModelImpl::addSlab(std::size_t elementSize) {
@@ -43,6 +49,7 @@ void ModelImpl::adopt(ModelElementImpl& element, Slab& slab) noexcept {
 }
 
 void ModelImpl::hasRoom(Slab& slab) noexcept {
+  if (isGoing_) return;
   Slabs& slabs = slabsOf(slab.elementSize());
   slabs.splice(slabs.begin(), slabs, slabs.iterator_to(slab));
   if (!slab.isEmpty()) return;

@@ -25,6 +25,9 @@ class ModelImpl final : public ElementImpl {
   /// How many elements it owns.
   std::size_t size() const noexcept { return size_; }
 
+  /// For an element that outlives the model: whether `element`, of the model, has gone with it.
+  bool isGone(ModelElementImpl const& element) const noexcept;
+
  private:
   friend class ModelElementImpl;
   friend class internal::Slab;
@@ -36,6 +39,12 @@ class ModelImpl final : public ElementImpl {
   static constexpr std::size_t granularity = alignof(void*);
   static constexpr std::size_t largestElement = 512;
 
+  template <class F>
+  void forEach(F f) {
+    for (Slabs& slabs : slabs_) {
+      for (internal::Slab& slab : slabs) slab.forEach(f);
+    }
+  }
   Slabs& slabsOf(std::size_t elementSize) noexcept { return slabs_[elementSize / granularity]; }
   /// A slab with room for an element of that size. Throws std::bad_alloc.
   internal::Slab& slabWithRoom(std::size_t elementSize) {
@@ -50,6 +59,7 @@ class ModelImpl final : public ElementImpl {
 
   std::array<Slabs, largestElement / granularity + 1> slabs_;  // by the size of their elements
   std::size_t size_ = 0;
+  bool isGoing_ = false;  // in its destructor
 };
 
 class Model : public Handle<ModelImpl> {

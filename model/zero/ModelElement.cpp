@@ -60,7 +60,17 @@ void ModelElementImpl::dispose() noexcept {
 }
 
 ModelImpl* ModelElementImpl::home() const noexcept {
+  ModelImpl* const model = origin();
+  return model != nullptr && !model->isGoing_ ? model : nullptr;
+}
+
+ModelImpl* ModelElementImpl::origin() const noexcept {
   return slabBits_ == 0 ? nullptr : internal::Slab::of(*this, slabBits_).model();
+}
+
+bool ModelElementImpl::goesTogetherWith(ModelElementImpl const& other) const noexcept {
+  ModelImpl const* const model = origin();
+  return model != nullptr && model->isGoing_ && other.origin() == model;
 }
 
 void ModelElementImpl::enterModel(ModelImpl& model) noexcept {

@@ -58,6 +58,11 @@ class ModelElementImpl : public ElementImpl {
                         ModelElementImpl const& /*other*/) const {
     return false;
   }
+  /// Whether this element and `other` are of one model, which is going. Then an element that ends
+  /// need not take itself out of the other: that goes too, or forgets what is gone.
+  bool goesTogetherWith(ModelElementImpl const& other) const noexcept;
+  /// Called for an element that outlives its model: what it refers to without a count may be gone.
+  virtual void forgetGone(ModelImpl const& /*model*/) noexcept {}
   /// Brings `other` back into the model that it was created in, when that is the one that this
   /// element belongs to.
   void bringBack(ModelElementImpl& other) const noexcept;
@@ -67,8 +72,9 @@ class ModelElementImpl : public ElementImpl {
   friend class ReferenceCollection;
 
   void dispose() noexcept final;
-  // The model that the element was created in, as long as there is one.
+  // The model that the element was created in, unless it is gone or going.
   ModelImpl* home() const noexcept;
+  ModelImpl* origin() const noexcept;  // also when it is going
   void enterModel(ModelImpl& model) noexcept;
   void leaveModel() noexcept;
 

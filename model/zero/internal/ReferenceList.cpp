@@ -183,20 +183,36 @@ void ReferenceList::remove(ModelElementImpl const& element) noexcept {
   if (isMany()) {
     counted = many()->remove(element);
   } else {
-    std::span<Reference> const all(few(), size());
-    std::size_t kept = 0;
-    for (Reference const reference : all) {
-      if (elementOf(reference) == &element) {
-        counted += reference & countedBit;
-      } else {
-        all[kept++] = reference;
-      }
-    }
-    if (!isArray()) std::fill(all.begin() + static_cast<std::ptrdiff_t>(kept), all.end(), 0);
-    setSize(kept);
+    counted = removeFew([&](Reference reference) { return elementOf(reference) == &element; });
   }
   // Last of all: the element may go, and what it was in with it.
   for (; counted > 0; --counted) element.removeRef();
+}
+
+void ReferenceList::removeGone(ModelImpl const& model) noexcept {
+  auto const isGone = [&](Reference reference) { return model.isGone(*elementOf(reference)); };
+  if (!isMany()) {
+    removeFew(isGone);
+    return;
+  }
+  for (std::size_t i = size(); i-- > 0;) {
+    if (isGone(many()->at(i))) many()->remove(*elementOf(many()->at(i)));
+  }
+}
+
+// Returns how many of the references were counted.
+template <class Predicate>
+std::size_t ReferenceList::removeFew(Predicate isToGo) noexcept {
+  std::size_t counted = 0;
+  std::span<Reference> const all(few(), size());
+  auto const kept = std::remove_if(all.begin(), all.end(), [&](Reference reference) {
+    if (!isToGo(reference)) return false;
+    counted += reference & countedBit;
+    return true;
+  });
+  if (!isArray()) std::fill(kept, all.end(), 0);
+  setSize(static_cast<std::size_t>(kept - all.begin()));
+  return counted;
 }
 
 void ReferenceList::clear() noexcept {

@@ -6,7 +6,8 @@
 
 namespace kb::zero {
 class ModelElementImpl;
-}
+class ModelImpl;
+}  // namespace kb::zero
 
 namespace kb::zero::internal {
 
@@ -36,6 +37,8 @@ class ReferenceList {
   void replace(std::size_t index, ModelElementImpl& element, bool counted) noexcept;
   /// Takes `element` out, wherever it stands; the others keep their order.
   void remove(ModelElementImpl const& element) noexcept;
+  /// Takes the elements out that a model has taken with it; none of them may be counted.
+  void removeGone(ModelImpl const& model) noexcept;
   void clear() noexcept;
 
  private:
@@ -51,6 +54,8 @@ class ReferenceList {
   void setSize(std::size_t size) noexcept;
   void grow(std::size_t capacity);
   void becomeMany();
+  template <class Predicate>
+  std::size_t removeFew(Predicate isToGo) noexcept;
 
   static constexpr std::uintptr_t arrayBit = 2;
   static constexpr std::uintptr_t manyBit = 4;

@@ -67,8 +67,7 @@ void Slab::occupy() noexcept {
 }
 
 void Slab::vacate(void* element) noexcept {
-  auto const offset = static_cast<std::size_t>(static_cast<std::byte*>(element) - places_);
-  auto const place = static_cast<std::uint32_t>(offset) / elementSize_;
+  std::uint32_t const place = placeOf(element);
   ASAN_POISON_MEMORY_REGION(element, elementSize_);
   std::uint32_t const word = place / wordBits;
   freeBits()[word] |= std::uint64_t{1} << place % wordBits;

@@ -43,17 +43,23 @@ class Slab : public boost::intrusive::list_base_hook<> {
   /// An element has ended its life. The slab may be gone afterwards.
   void vacate(void* element) noexcept;
 
-  /// The model is going. It must still give the slab up.
-  void forgetModel() noexcept { model_ = nullptr; }
   /// The slab goes, now or with its last element. It must be in no list of the model's.
   void giveUp() noexcept;
+
+  /// Whether `element` lies, or has lain, in this slab.
+  bool covers(ModelElementImpl const& element) const noexcept {
+    return (reinterpret_cast<std::uintptr_t>(&element) ^ reinterpret_cast<std::uintptr_t>(this)) >>
+               bits_ ==
+           0;
+  }
+  /// Whether an element that lay in this slab is still there.
+  bool holds(ModelElementImpl const& element) const noexcept { return !isFree(placeOf(&element)); }
 
   /// Calls `f` for each element, which may end elements.
   template <class F>
   void forEach(F f) {
     for (std::uint32_t place = 0; place < capacity_; ++place) {
-      bool const isFree = (freeBits()[place / 64] >> place % 64 & 1) != 0;
-      if (!isFree) f(*at(place));
+      if (!isFree(place)) f(*at(place));
     }
   }
 
@@ -65,8 +71,18 @@ class Slab : public boost::intrusive::list_base_hook<> {
   ModelElementImpl* at(std::size_t place) noexcept {
     return reinterpret_cast<ModelElementImpl*>(places_ + place * elementSize_);
   }
+  std::uint32_t placeOf(void const* element) const noexcept {
+    auto const offset = static_cast<std::byte const*>(element) - places_;
+    return static_cast<std::uint32_t>(offset) / elementSize_;
+  }
+  bool isFree(std::uint32_t place) const noexcept {
+    return (freeBits()[place / 64] >> place % 64 & 1) != 0;
+  }
   // A bit for each place, set where it is free, stands behind the slab itself.
   std::uint64_t* freeBits() noexcept { return reinterpret_cast<std::uint64_t*>(this + 1); }
+  std::uint64_t const* freeBits() const noexcept {
+    return reinterpret_cast<std::uint64_t const*>(this + 1);
+  }
 
   ModelImpl* model_;
   std::byte* places_ = nullptr;
