@@ -121,12 +121,14 @@ void runModelAlone(benchmark::State& state, std::string const& path) {
         road->setName(original->getName());
         road->setStartNode(node);
         road->setEndNode(node);
-        road->setCenters(original->getCentersX().values(), original->getCentersY().values());
+        auto const& x = original->getCentersX();
+        auto const& y = original->getCentersY();
+        road->setCenters({x.begin(), x.end()}, {y.begin(), y.end()});
         copy.network->addRoad(road);
         RoadSegment const segment = RoadSegment::create(copy.model, boost::uuids::uuid{});
         segment->setStartNode(*nextEnd);
         segment->setEndNode(*nextEnd);
-        auto const zeros = original->getRoadSegments()[0]->getBankingAngles();
+        auto const& zeros = original->getRoadSegments()[0]->getBankingAngles();
         segment->setGeometry(road->getCentersX(), road->getCentersY(), zeros, zeros, zeros);
         road->addRoadSegment(segment);
         if (++nextNode == copy.network->getNodes().end()) {

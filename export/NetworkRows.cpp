@@ -69,7 +69,7 @@ NodeRow nodeRow(Node const& node) {
 RoadRow roadRow(Road const& road, RoadNetworkImporter const& importer) {
   std::vector<Id> wayIds = wayIdsOf(road, importer);
   std::string highway = highwayOf(wayIds, importer);
-  std::vector<double> const& elevations =
+  std::span<double const> const elevations =
       (*road->getRoadSegments().begin())->getElevations().values();
   return {road->getID(),
           exchangeable(road->getName()),

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -31,9 +32,9 @@ struct RoadRow {
   double length;                          ///< metres, see roadLength
   std::vector<OpenStreetMap::Id> wayIds;  ///< see wayIdsOf
   /// The centre line from the start to the end node, as many of each; views into the road.
-  std::vector<double> const& longitudes;
-  std::vector<double> const& latitudes;
-  std::vector<double> const& elevations;
+  std::span<double const> longitudes;
+  std::span<double const> latitudes;
+  std::span<double const> elevations;
   bool hasElevations;  ///< whether all of them are finite
 
   /// The way ids with ";" between them, as OSM tags list values.

@@ -165,10 +165,10 @@ class ChainPlan {
 
   struct Result {
     std::size_t road;
-    Sequence x;
-    Sequence y;
+    RoadImpl::SharedSequence x;
+    RoadImpl::SharedSequence y;
     double weight;
-    std::u16string name;
+    kb::zero::SharedText name;
   };
   struct Move {
     std::size_t join;

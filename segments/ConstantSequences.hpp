@@ -14,12 +14,12 @@
 /// headings, so nearly all of their sequences but the centre line are shared ones.
 class ConstantSequences {
  public:
-  using Sequence = velora::roadnetwork::RoadSegmentImpl::Sequence;
+  using Sequence = velora::roadnetwork::RoadSegmentImpl::SharedSequence;
 
   /// `size` times `value`, bit for bit.
   Sequence const& of(std::size_t size, double value) {
     Sequence& sequence = sequences_[{size, std::bit_cast<std::uint64_t>(value)}];
-    if (sequence.size() != size) sequence = std::vector<double>(size, value);
+    if (sequence->size() != size) sequence = std::vector<double>(size, value);
     return sequence;
   }
 

@@ -57,8 +57,8 @@ void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& r
     if (!node->hasPosition()) continue;
     double sum = 0.0;
     std::size_t count = 0;
-    for (auto const* const roads : {&node->getIncomingRoads(), &node->getOutgoingRoads()}) {
-      for (auto const& road : *roads) {
+    for (auto const& roads : {node->getIncomingRoads(), node->getOutgoingRoads()}) {
+      for (auto const& road : roads) {
         sum += roadElevations.at(road->getID());
         ++count;
       }
@@ -80,7 +80,8 @@ void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadEle
     bool const isLevel = onRoad == atStart && onRoad == atEnd;
     segment->setGeometry(
         segment->getCentersX(), segment->getCentersY(),
-        isLevel ? constants.of(n, onRoad) : elevationProfile(n, atStart, onRoad, atEnd),
+        isLevel ? constants.of(n, onRoad)
+                : ConstantSequences::Sequence(elevationProfile(n, atStart, onRoad, atEnd)),
         segment->getBankingAngles(), segment->getHeadings());
   }
 }

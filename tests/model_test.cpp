@@ -299,6 +299,7 @@ class PartImpl : public ModelElementImpl {
 
 using Part = Handle<PartImpl>;
 using Parts = ReferenceCollectionOf<Part>;
+using internal::ReferenceList;
 
 TEST(ModelProxy, IsReplacedByAValidElementWhereTheInverseAllowsIt) {
   Part const owner(new PartImpl('o')), first(new PartImpl('f')), proxy(new PartImpl('p')),
@@ -311,7 +312,7 @@ TEST(ModelProxy, IsReplacedByAValidElementWhereTheInverseAllowsIt) {
     ModelElementImpl* result;
     std::string after;
     std::size_t counted;  // what refers back by itself is not counted, so that no cycle arises
-    std::function<void(Parts&)> whileResolved = [](Parts&) {};
+    std::function<void(ReferenceList&)> whileResolved = [](ReferenceList&) {};
   };
   // clang-format off
   Case const cases[] = {
@@ -319,11 +320,11 @@ TEST(ModelProxy, IsReplacedByAValidElementWhereTheInverseAllowsIt) {
       {"ior", r, "frl", 0},  {"ci", r, "frl", 1},   {"cio", r, "frl", 1},  {"cior", r, "frl", 1},
       {"cor", r, "frl", 1},  {"c", p, "fpl", 0},    {"c", q, "fpl", 0},    {"c", nullptr, "fpl", 0},
       {"c", foreign.get(), "fpl", 0},
-      {"c", r, "fl", 0, [&](Parts& parts) { parts.remove(*p); }},
-      {"c", r, "f", 0, [&](Parts& parts) { parts.remove(*p), parts.remove(*last.get()); }},
-      {"c", r, "fr", 1, [&](Parts& parts) { parts.remove(*last.get()); }},
-      {"c", r, "frlr", 2, [&](Parts& parts) { parts.append(real); }},
-      {"c", r, "frlll", 1, [&](Parts& parts) { parts.append(last), parts.append(last); }}};
+      {"c", r, "fl", 0, [&](ReferenceList& parts) { parts.remove(*p); }},
+      {"c", r, "f", 0, [&](ReferenceList& parts) { parts.remove(*p), parts.remove(*last.get()); }},
+      {"c", r, "fr", 1, [&](ReferenceList& parts) { parts.remove(*last.get()); }},
+      {"c", r, "frlr", 2, [&](ReferenceList& parts) { parts.append(*r, true); }},
+      {"c", r, "frlll", 1, [&](ReferenceList& parts) { parts.append(*last.get(), true), parts.append(*last.get(), true); }}};
   // clang-format on
   std::size_t const held = PartImpl::wholeProperty().references();
   for (auto const& [traits, result, after, counted, whileResolved] : cases) {
@@ -335,11 +336,12 @@ TEST(ModelProxy, IsReplacedByAValidElementWhereTheInverseAllowsIt) {
     {
       meta::Property const property("parts", has('c'), &PartImpl::isPart,
                                     has('i') ? &PartImpl::wholeProperty : nullptr);
-      Parts parts(has('o') ? owner.get() : nullptr, property);
+      ReferenceList list;
+      Parts const parts(has('o') ? owner.get() : nullptr, property, list);
       proxy->onResolve = [&, &change = whileResolved, to = result] {
-        return change(parts), ModelElement(to);
+        return change(list), ModelElement(to);
       };
-      for (Part const& part : {first, proxy, last}) parts.append(part);
+      for (Part const& part : {first, proxy, last}) list.append(*part.get(), true);
       EXPECT_TRUE(parts.contains(*p));
       EXPECT_EQ(proxy->resolutions, 0);
       EXPECT_EQ(parts[1], stays ? proxy : real);
@@ -349,16 +351,16 @@ TEST(ModelProxy, IsReplacedByAValidElementWhereTheInverseAllowsIt) {
       EXPECT_EQ(proxy->resolutions, stays ? 2 : 1);
       EXPECT_EQ(real->references(), 1 + counted);
       EXPECT_EQ(proxy->references(), 1u + stays);
-      parts.remove(*r);  // wherever it stands
+      list.remove(*r);  // wherever it stands
       EXPECT_FALSE(parts.contains(*r));
     }
     EXPECT_EQ(real->references() + proxy->references(), 2u);
     EXPECT_EQ(PartImpl::wholeProperty().references(), held);
   }
   EXPECT_EQ(otherProxy->resolutions, 0);
-  Parts parts(nullptr, PartImpl::wholeProperty());
-  parts.append(proxy);
-  EXPECT_THROW(parts.append(Part()), NullHandleError);
+  ReferenceList list;
+  Parts const parts(nullptr, PartImpl::wholeProperty(), list);
+  list.append(*p, true);
   proxy->onResolve = []() -> ModelElement { throw std::runtime_error("not loaded"); };
   EXPECT_THROW(parts[0], std::runtime_error);
   EXPECT_EQ(parts.stored(0), proxy);

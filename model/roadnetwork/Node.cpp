@@ -1,6 +1,7 @@
 #include "model/roadnetwork/Node.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 #include <stdexcept>
 
@@ -11,12 +12,41 @@ namespace velora::roadnetwork {
 
 using kb::zero::meta::Property;
 
-NodeImpl::NodeImpl(boost::uuids::uuid const& uuid)
-    : ModelElementImpl(uuid),
-      incomingRoads_(this, incomingRoadsProperty()),
-      outgoingRoads_(this, outgoingRoadsProperty()) {}
+// There are nearly as many as roads.
+static_assert(sizeof(NodeImpl) <= 96);
+
+namespace {
+
+// The digits of an id, as a Node has them for its name.
+class Decimal {
+ public:
+  explicit Decimal(support::ModelId id) noexcept
+      : end_(std::to_chars(text_.begin(), text_.end(), static_cast<std::int64_t>(id)).ptr) {}
+  char const* begin() const noexcept { return text_.begin(); }
+  char const* end() const noexcept { return end_; }
+
+ private:
+  std::array<char, 20> text_{};
+  char const* end_;
+};
+
+}  // namespace
+
+NodeImpl::NodeImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
 
 NodeImpl::~NodeImpl() = default;
+
+std::u16string NodeImpl::getName() const {
+  if (name_) return *name_;
+  Decimal const id(id_);
+  return {id.begin(), id.end()};
+}
+
+void NodeImpl::setName(std::u16string const& name) {
+  Decimal const id(id_);
+  bool const isId = std::equal(id.begin(), id.end(), name.begin(), name.end());
+  name_ = isId ? kb::zero::SharedText() : kb::zero::SharedText(name);
+}
 
 bool NodeImpl::hasPosition() const {
   return positionSize_ == position_.size();
@@ -30,7 +60,7 @@ void NodeImpl::setPosition(std::vector<double> const& position) {
   if (position.size() > position_.size())
     throw std::invalid_argument("a position has three values");
   std::copy(position.begin(), position.end(), position_.begin());
-  positionSize_ = position.size();
+  positionSize_ = static_cast<std::uint8_t>(position.size());
 }
 
 double NodeImpl::getElevation() const {
@@ -45,10 +75,17 @@ void NodeImpl::reserveRoads() {
 
 void NodeImpl::detach() {
   for (auto* roads : {&incomingRoads_, &outgoingRoads_}) {
-    for (std::size_t i = 0; i < roads->size(); ++i) roads->stored(i)->forgetNode(*this);
+    for (std::size_t i = 0; i < roads->size(); ++i) {
+      static_cast<RoadImpl&>((*roads)[i]).forgetNode(*this);
+    }
     roads->clear();
   }
   if (network_ != nullptr) network_->removeNode(*this);
+}
+
+void NodeImpl::forgetGone(kb::zero::ModelImpl const& model) noexcept {
+  incomingRoads_.removeGone(model);
+  outgoingRoads_.removeGone(model);
 }
 
 // The resolved road refers to this node already, or it would not have taken the proxy's place.

@@ -2,13 +2,14 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "model/zero/ModelElement.hpp"
 #include "model/zero/ReferenceCollection.hpp"
+#include "model/zero/SharedText.hpp"
 #include "support/ModelId.hpp"
 
 namespace velora::roadnetwork {
@@ -23,8 +24,8 @@ class NodeImpl : public kb::zero::ModelElementImpl {
 
   /// The id of the OSM node, by which the network finds the Node.
   support::ModelId getID() const noexcept { return id_; }
-  /// The id in decimal, signed as in OSM.
-  std::u16string const& getName() const noexcept { return name_; }
+  /// The id in decimal, signed as in OSM, unless it was given another one.
+  std::u16string getName() const;
 
   /// Whether there is a position to read and rewrite: all three values.
   virtual bool hasPosition() const;
@@ -37,11 +38,11 @@ class NodeImpl : public kb::zero::ModelElementImpl {
 
   /// The roads that end here, and those that start here. A road from the node to itself is in both.
   /// The lists change when roads are destroyed or get other nodes: copy them before you do so.
-  kb::zero::ReferenceCollectionOf<Road> const& getIncomingRoads() const noexcept {
-    return incomingRoads_;
+  kb::zero::ReferenceCollectionOf<Road> getIncomingRoads() const noexcept {
+    return {const_cast<NodeImpl*>(this), incomingRoadsProperty(), incomingRoads_};
   }
-  kb::zero::ReferenceCollectionOf<Road> const& getOutgoingRoads() const noexcept {
-    return outgoingRoads_;
+  kb::zero::ReferenceCollectionOf<Road> getOutgoingRoads() const noexcept {
+    return {const_cast<NodeImpl*>(this), outgoingRoadsProperty(), outgoingRoads_};
   }
   /// Makes room in both for all roads that the node has, whichever way they come to point: then
   /// turning one round, or giving its place to another, can't fail.
@@ -52,6 +53,7 @@ class NodeImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
+  void forgetGone(kb::zero::ModelImpl const& model) noexcept override;
   void replaced(kb::zero::meta::Property const& property, kb::zero::ModelElementImpl& proxy,
                 kb::zero::ModelElementImpl& resolved) override;
   bool refersTo(kb::zero::meta::Property const& property,
@@ -61,12 +63,15 @@ class NodeImpl : public kb::zero::ModelElementImpl {
   friend class RoadImpl;
   friend class RoadNetworkImpl;
 
+  void setName(std::u16string const& name);
+
+  std::uint8_t positionSize_ = 0;
   support::ModelId id_ = 0;
-  std::u16string name_;
+  kb::zero::SharedText name_;  // none where it is the id
   std::array<double, 3> position_{};
-  std::size_t positionSize_ = 0;
-  kb::zero::ReferenceCollectionOf<Road> incomingRoads_;
-  kb::zero::ReferenceCollectionOf<Road> outgoingRoads_;
+  // Not counted; reading them resolves proxies.
+  mutable kb::zero::internal::ReferenceList incomingRoads_;
+  mutable kb::zero::internal::ReferenceList outgoingRoads_;
   RoadNetworkImpl* network_ = nullptr;  // not counted: the network owns its nodes
 };
 

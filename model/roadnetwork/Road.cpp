@@ -9,44 +9,44 @@ namespace velora::roadnetwork {
 
 using kb::zero::meta::Property;
 
-RoadImpl::RoadImpl(boost::uuids::uuid const& uuid)
-    : ModelElementImpl(uuid), roadSegments_(this, roadSegmentsProperty()) {}
+// A country has millions.
+static_assert(sizeof(RoadImpl) <= 104);
+
+RoadImpl::RoadImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
 
 RoadImpl::~RoadImpl() {
-  setStartNode(Node());
-  setEndNode(Node());
-  for (std::size_t i = 0; i < roadSegments_.size(); ++i) roadSegments_.stored(i)->road_ = nullptr;
+  if (startNode_ && !goesTogetherWith(*startNode_.get())) setStartNode(Node());
+  if (endNode_ && !goesTogetherWith(*endNode_.get())) setEndNode(Node());
+  for (std::size_t i = 0; i < roadSegments_.size(); ++i) segment(i).road_ = nullptr;
 }
 
 void RoadImpl::setStartNode(Node const& node) {
   if (node == startNode_) return;
-  if (node) node->outgoingRoads_.reserveOneMore();  // all that can fail
+  if (node) node->outgoingRoads_.append(*this, false);  // all that can fail
   Node const before = std::exchange(startNode_, node);
   if (before) before->outgoingRoads_.remove(*this);
-  if (node) node->outgoingRoads_.append(Road(this));
 }
 
 void RoadImpl::setEndNode(Node const& node) {
   if (node == endNode_) return;
-  if (node) node->incomingRoads_.reserveOneMore();
+  if (node) node->incomingRoads_.append(*this, false);
   Node const before = std::exchange(endNode_, node);
   if (before) before->incomingRoads_.remove(*this);
-  if (node) node->incomingRoads_.append(Road(this));
 }
 
 void RoadImpl::setCenters(std::vector<double> const& x, std::vector<double> const& y) {
-  shareCenters(Sequence(x), Sequence(y));
+  shareCenters(x, y);
 }
 
-void RoadImpl::shareCenters(Sequence x, Sequence y) {
-  if (x.size() != y.size()) throw std::invalid_argument("centre sequences of different length");
+void RoadImpl::shareCenters(SharedSequence x, SharedSequence y) {
+  if (x->size() != y->size()) throw std::invalid_argument("centre sequences of different length");
   centersX_ = std::move(x);
   centersY_ = std::move(y);
 }
 
 void RoadImpl::addRoadSegment(RoadSegment const& segment) {
   if (segment->road_ != nullptr) throw std::invalid_argument("the segment has a road already");
-  roadSegments_.append(segment);
+  roadSegments_.append(*segment.get(), true);
   segment->road_ = this;
 }
 
@@ -59,15 +59,19 @@ void RoadImpl::detach() {
   setStartNode(Node());
   setEndNode(Node());
   // The last first, which is found at once.
-  while (roadSegments_.size() > 0) roadSegments_.stored(roadSegments_.size() - 1)->destroy();
+  while (roadSegments_.size() > 0) segment(roadSegments_.size() - 1).destroy();
   if (network_ != nullptr) network_->removeRoad(*this);
 }
 
 void RoadImpl::replaced(Property const&, ModelElementImpl& proxy, ModelElementImpl& resolved) {
   static_cast<RoadSegmentImpl&>(proxy).road_ = nullptr;
-  auto& segment = static_cast<RoadSegmentImpl&>(resolved);
-  if (segment.road_ != nullptr && segment.road_ != this) segment.road_->removeRoadSegment(segment);
-  segment.road_ = this;
+  auto& taken = static_cast<RoadSegmentImpl&>(resolved);
+  if (taken.road_ != nullptr && taken.road_ != this) taken.road_->removeRoadSegment(taken);
+  taken.road_ = this;
+}
+
+RoadSegmentImpl& RoadImpl::segment(std::size_t index) const noexcept {
+  return static_cast<RoadSegmentImpl&>(roadSegments_[index]);
 }
 
 void RoadImpl::forgetNode(NodeImpl const& node) noexcept {

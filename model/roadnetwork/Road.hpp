@@ -1,7 +1,9 @@
 // A road between two nodes.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "model/roadnetwork/DirectionOfTravel.hpp"
@@ -10,6 +12,7 @@
 #include "model/zero/ModelElement.hpp"
 #include "model/zero/PrimitiveCollection.hpp"
 #include "model/zero/ReferenceCollection.hpp"
+#include "model/zero/SharedText.hpp"
 #include "support/ModelId.hpp"
 
 namespace velora::roadnetwork {
@@ -18,7 +21,8 @@ class RoadNetworkImpl;
 
 class RoadImpl : public kb::zero::ModelElementImpl {
  public:
-  using Sequence = kb::zero::PrimitiveCollection<double, std::vector<double>>;
+  using Sequence = RoadSegmentImpl::Sequence;
+  using SharedSequence = RoadSegmentImpl::SharedSequence;
 
   explicit RoadImpl(boost::uuids::uuid const& uuid);
   ~RoadImpl() override;
@@ -27,14 +31,19 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   void setID(support::ModelId id) noexcept { id_ = id; }
   /// The name of the OSM way that the road was made of or, where it has none, the way's id in
   /// decimal; where roads were joined, their different names with hyphens between them.
-  std::u16string const& getName() const noexcept { return name_; }
+  std::u16string const& getName() const noexcept { return *name_; }
   void setName(std::u16string const& name) { name_ = name; }
-  void setName(std::u16string&& name) noexcept { name_ = std::move(name); }
+  /// A name that other roads have too takes no memory of its own; setting it can't fail.
+  void setName(kb::zero::SharedText name) noexcept { name_ = std::move(name); }
   /// 1.0 for a new road, so that the weight of a joined road counts its pieces.
   double getWeight() const noexcept { return weight_; }
   void setWeight(double weight) noexcept { weight_ = weight; }
-  DirectionOfTravel getDirection() const noexcept { return direction_; }
-  void setDirection(DirectionOfTravel const& direction) noexcept { direction_ = direction; }
+  DirectionOfTravel getDirection() const noexcept {
+    return static_cast<DirectionOfTravel>(direction_);
+  }
+  void setDirection(DirectionOfTravel const& direction) noexcept {
+    direction_ = static_cast<std::uint8_t>(direction);
+  }
 
   /// The road holds a reference on both nodes and stands in the start node's outgoing and the end
   /// node's incoming roads. Setting another node moves it to the end of that node's list, a null
@@ -48,17 +57,17 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   /// its points in degrees (WGS 84). Throws std::invalid_argument when the two differ in length.
   virtual void setCenters(std::vector<double> const& x, std::vector<double> const& y);
   /// The same with sequences that exist already, which can't fail for want of memory.
-  void shareCenters(Sequence x, Sequence y);
-  Sequence const& getCentersX() const noexcept { return centersX_; }
-  Sequence const& getCentersY() const noexcept { return centersY_; }
+  void shareCenters(SharedSequence x, SharedSequence y);
+  Sequence const& getCentersX() const noexcept { return *centersX_; }
+  Sequence const& getCentersY() const noexcept { return *centersY_; }
 
   /// Appends a segment, which is the road's from then on: destroying the road destroys it. Throws
   /// NullHandleError for a null segment and std::invalid_argument for one that is in a road
   /// already.
   virtual void addRoadSegment(RoadSegment const& segment);
   /// The list changes when segments are destroyed: copy it before you do so.
-  kb::zero::ReferenceCollectionOf<RoadSegment> const& getRoadSegments() const noexcept {
-    return roadSegments_;
+  kb::zero::ReferenceCollectionOf<RoadSegment> getRoadSegments() const noexcept {
+    return {const_cast<RoadImpl*>(this), roadSegmentsProperty(), roadSegments_};
   }
 
   static kb::zero::meta::Property const& startNodeProperty();
@@ -80,16 +89,17 @@ class RoadImpl : public kb::zero::ModelElementImpl {
 
   void forgetNode(NodeImpl const& node) noexcept;
   void removeRoadSegment(RoadSegmentImpl& segment) noexcept;
+  RoadSegmentImpl& segment(std::size_t index) const noexcept;
 
+  std::uint8_t direction_ = static_cast<std::uint8_t>(DirectionOfTravel::both);
   support::ModelId id_ = 0;
-  std::u16string name_;
+  kb::zero::SharedText name_;
   double weight_ = 1.0;
-  DirectionOfTravel direction_ = DirectionOfTravel::both;
   Node startNode_;
   Node endNode_;
-  Sequence centersX_;
-  Sequence centersY_;
-  kb::zero::ReferenceCollectionOf<RoadSegment> roadSegments_;
+  SharedSequence centersX_;
+  SharedSequence centersY_;
+  mutable kb::zero::internal::ReferenceList roadSegments_;  // reading it resolves proxies
   RoadNetworkImpl* network_ = nullptr;  // not counted: the network owns its roads
   std::size_t networkSlot_ = 0;         // the road's place in the network
 };

@@ -38,11 +38,7 @@ RoadNetworkImpl::RoadNetworkImpl(boost::uuids::uuid const& uuid) : ModelElementI
 RoadNetworkImpl::~RoadNetworkImpl() {
   setGeoReference({});
   for (auto const& [id, node] : nodes_) node->network_ = nullptr;
-  // The youngest first, which its nodes find at the end of their collections.
-  while (!roads_.empty()) {
-    roads_.back()->network_ = nullptr;
-    roads_.pop_back();
-  }
+  for (Road const& road : roads_) road->network_ = nullptr;
 }
 
 void RoadNetworkImpl::setGeoReference(GeoReference const& reference) {
@@ -51,7 +47,7 @@ void RoadNetworkImpl::setGeoReference(GeoReference const& reference) {
     if (reference->network_ != nullptr) {
       throw std::invalid_argument("the geographic reference is another network's");
     }
-    shareModelWith(*reference.get());
+    bringBack(*reference.get());
     reference->network_ = this;
   }
   if (GeoReference const before = std::exchange(geoReference_, reference)) {
@@ -82,27 +78,57 @@ void RoadNetworkImpl::addNodes(std::vector<ModelId> const& ids,
   if (names.size() != ids.size() || positions.size() != 3 * ids.size()) {
     throw std::invalid_argument("addNodes: ids, names and positions of different length");
   }
+  auto const add = [&](std::size_t i) {
+    if (nodes_.contains(ids[i])) return;
+    Node const node =
+        makeNode(ids[i], {positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]});
+    node->setName(names[i]);
+    takeIn(node);
+  };
+  if (std::is_sorted(ids.begin(), ids.end())) {
+    for (std::size_t i = 0; i < ids.size(); ++i) add(i);
+    return;
+  }
   // In ascending order each insertion into the map finds its place at once.
   std::vector<std::size_t> order(ids.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(),
                    [&](std::size_t a, std::size_t b) { return ids[a] < ids[b]; });
-  for (std::size_t const i : order) {
-    if (nodes_.contains(ids[i])) continue;
-    Node const node = Node::create(getModel(), boost::uuids::uuid{});
-    node->id_ = ids[i];
-    node->name_ = names[i];
-    node->position_ = {positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]};
-    node->positionSize_ = 3;
-    nodes_.insert(ids[i], node);
-    node->network_ = this;
-  }
+  std::for_each(order.begin(), order.end(), add);
+}
+
+Node RoadNetworkImpl::addNode(ModelId id, std::array<double, 3> const& position) {
+  if (nodes_.contains(id)) return nodes_[id];
+  Node const node = makeNode(id, position);
+  takeIn(node);
+  return node;
+}
+
+Node RoadNetworkImpl::makeNode(ModelId id, std::array<double, 3> const& position) const {
+  Node const node = Node::create(getModel(), boost::uuids::uuid{});
+  node->id_ = id;
+  node->position_ = position;
+  node->positionSize_ = 3;
+  return node;
+}
+
+void RoadNetworkImpl::takeIn(Node const& node) {
+  nodes_.insert(node->id_, node);
+  node->network_ = this;
 }
 
 void RoadNetworkImpl::clear() {
   // The Nodes first: their lists go as a whole, and no road has to be looked for in them.
-  while (nodes_.size() > 0) nodes_.begin()->second->destroy();
-  while (!roads_.empty()) roads_.back()->destroy();
+  NodeMap const nodes = std::exchange(nodes_, {});
+  for (auto const& [id, node] : nodes) {
+    node->network_ = nullptr;
+    node->destroy();
+  }
+  std::vector<Road> const roads = std::exchange(roads_, {});
+  for (Road const& road : roads) {
+    road->network_ = nullptr;
+    road->destroy();
+  }
   setGeoReference({});
 }
 

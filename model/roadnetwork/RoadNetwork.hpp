@@ -1,6 +1,7 @@
 // The network: what an import fills and a host works with.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,10 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
                         std::vector<std::u16string> const& names,
                         std::vector<double> const& positions);
 
+  /// Makes one Node whose name is its id, or gives the one that has the id already. Throws like
+  /// `addNodes`.
+  Node addNode(support::ModelId id, std::array<double, 3> const& position);
+
   /// Destroys all Nodes and Roads, the roads' segments and the geographic reference. The network
   /// itself stays in the model and can be filled again.
   void clear();
@@ -62,6 +67,8 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
   friend class NodeImpl;
   friend class RoadImpl;
 
+  Node makeNode(support::ModelId id, std::array<double, 3> const& position) const;
+  void takeIn(Node const& node);
   void removeNode(NodeImpl& node) noexcept;
   void removeRoad(RoadImpl& road) noexcept;
 

@@ -6,12 +6,21 @@
 
 namespace velora::roadnetwork {
 
+// Every road has one.
+static_assert(sizeof(RoadSegmentImpl) <= 88);
+
 RoadSegmentImpl::RoadSegmentImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
 
-RoadSegmentImpl::~RoadSegmentImpl() = default;
+RoadSegmentImpl::~RoadSegmentImpl() {
+  for (RoadSegmentNode* const end : {&start_, &end_}) {
+    if (*end && goesTogetherWith(*end->get())) *end = {};
+  }
+  leaveNodes();
+}
 
-void RoadSegmentImpl::setGeometry(Sequence centersX, Sequence centersY, Sequence elevations,
-                                  Sequence bankingAngles, Sequence headings) {
+void RoadSegmentImpl::setGeometry(SharedSequence centersX, SharedSequence centersY,
+                                  SharedSequence elevations, SharedSequence bankingAngles,
+                                  SharedSequence headings) {
   centersX_ = std::move(centersX);
   centersY_ = std::move(centersY);
   elevations_ = std::move(elevations);
@@ -25,13 +34,35 @@ bool RoadSegmentImpl::isRoadSegment(ModelElementImpl const& element) {
 
 void RoadSegmentImpl::detach() {
   if (road_ != nullptr) road_->removeRoadSegment(*this);
-  start_.setNode({});
-  end_.setNode({});
+  leaveNodes();
 }
 
-void RoadSegmentImpl::setNode(SegmentEnd& end, RoadSegmentNode const& node) {
-  if (node) shareModelWith(*node.get());
-  end.setNode(node);
+void RoadSegmentImpl::setNode(RoadSegmentNode& end, RoadSegmentNode const& to,
+                              RoadSegmentNode const& other) {
+  if (to == end) return;
+  if (to) {
+    if (to != other) to->segments_.append(*this, false);  // all that can fail
+    bringBack(*to.get());
+  }
+  RoadSegmentNode const before = std::exchange(end, to);
+  if (before && before != other) leave(*before.get());
+}
+
+void RoadSegmentImpl::leaveNodes() noexcept {
+  RoadSegmentNode const start = std::exchange(start_, {});
+  RoadSegmentNode const end = std::exchange(end_, {});
+  if (start) leave(*start.get());
+  if (end && end != start) leave(*end.get());
+}
+
+void RoadSegmentImpl::leave(RoadSegmentNodeImpl& node) noexcept {
+  node.segments_.remove(*this);
+  if (node.segments_.size() == 0) node.destroy();
+}
+
+void RoadSegmentImpl::forgetNode(RoadSegmentNodeImpl const& node) noexcept {
+  if (start_.get() == &node) start_ = {};
+  if (end_.get() == &node) end_ = {};
 }
 
 }  // namespace velora::roadnetwork

@@ -1,37 +1,25 @@
 #include "model/roadnetwork/RoadSegmentNode.hpp"
 
-#include <utility>
+#include "model/roadnetwork/RoadSegment.hpp"
 
 namespace velora::roadnetwork {
 
-SegmentEnd::SegmentEnd() noexcept = default;
-
-SegmentEnd::~SegmentEnd() {
-  setNode({});
-}
-
-RoadSegmentNode SegmentEnd::getNode() const noexcept {
-  return RoadSegmentNode(node_.get());
-}
-
-void SegmentEnd::setNode(RoadSegmentNode const& to) noexcept {
-  if (to == node_) return;
-  kb::zero::Handle const before = std::exchange(node_, to);
-  unlink();
-  if (to) to->ends_.push_back(*this);
-  if (before && before->ends_.empty()) before->destroy();
-}
+// There are nearly as many as roads.
+static_assert(sizeof(RoadSegmentNodeImpl) <= 40);
 
 RoadSegmentNodeImpl::RoadSegmentNodeImpl(boost::uuids::uuid const& uuid) : ModelElementImpl(uuid) {}
 
 RoadSegmentNodeImpl::~RoadSegmentNodeImpl() = default;
 
 void RoadSegmentNodeImpl::detach() {
-  while (!ends_.empty()) {
-    SegmentEnd& end = ends_.front();
-    ends_.pop_front();
-    end.node_ = {};
+  for (std::size_t i = 0; i < segments_.size(); ++i) {
+    static_cast<RoadSegmentImpl&>(segments_[i]).forgetNode(*this);
   }
+  segments_.clear();
+}
+
+void RoadSegmentNodeImpl::forgetGone(kb::zero::ModelImpl const& model) noexcept {
+  segments_.removeGone(model);
 }
 
 }  // namespace velora::roadnetwork

@@ -1,37 +1,11 @@
 // An end of road segments: the segments' counterpart of a Node.
 #pragma once
 
-#include <boost/intrusive/list.hpp>
-
 #include "model/zero/ModelElement.hpp"
+#include "model/zero/internal/ReferenceList.hpp"
 #include "support/ModelId.hpp"
 
 namespace velora::roadnetwork {
-
-class RoadSegmentNode;
-class RoadSegmentNodeImpl;
-
-/// A list of segment ends needs no memory, and each takes itself out when it goes.
-using LinkOfSegmentEnd =
-    boost::intrusive::list_base_hook<boost::intrusive::link_mode<boost::intrusive::auto_unlink>>;
-
-/// One end of a segment: the node that it lies at, or none. The node in turn lists all ends that
-/// lie at it, and is destroyed when the last of them leaves it.
-class SegmentEnd : public LinkOfSegmentEnd {
- public:
-  SegmentEnd() noexcept;
-  SegmentEnd(SegmentEnd const&) = delete;
-  SegmentEnd& operator=(SegmentEnd const&) = delete;
-  ~SegmentEnd();
-
-  RoadSegmentNode getNode() const noexcept;
-  void setNode(RoadSegmentNode const& to) noexcept;
-
- private:
-  friend class RoadSegmentNodeImpl;
-
-  kb::zero::Handle<RoadSegmentNodeImpl> node_;
-};
 
 class RoadSegmentNodeImpl : public kb::zero::ModelElementImpl {
  public:
@@ -44,12 +18,14 @@ class RoadSegmentNodeImpl : public kb::zero::ModelElementImpl {
 
  protected:
   void detach() override;
+  void forgetGone(kb::zero::ModelImpl const& model) noexcept override;
 
  private:
-  friend class SegmentEnd;
+  friend class RoadSegmentImpl;
 
   support::ModelId id_ = 0;
-  boost::intrusive::list<SegmentEnd, boost::intrusive::constant_time_size<false>> ends_;
+  // Each segment that lies at the node, once and not counted: it refers to the node.
+  kb::zero::internal::ReferenceList segments_;
 };
 
 class RoadSegmentNode : public kb::zero::Handle<RoadSegmentNodeImpl> {

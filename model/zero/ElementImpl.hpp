@@ -3,6 +3,8 @@
 
 #include <cstddef>
 
+#include "model/zero/internal/ReferenceCount.hpp"
+
 namespace kb::zero {
 
 /// Base of all objects that handles share. A new object has no reference; dropping the last one
@@ -15,15 +17,18 @@ class ElementImpl {
   ElementImpl& operator=(ElementImpl const&) = delete;
   virtual ~ElementImpl() = default;
 
-  void addRef() const noexcept { ++references_; }
+  void addRef() const noexcept { references_.add(); }
   void removeRef() const noexcept {
-    if (--references_ == 0) delete this;
+    if (references_.remove()) const_cast<ElementImpl*>(this)->dispose();
   }
   /// How many references there are to this object.
-  std::size_t references() const noexcept { return references_; }
+  std::size_t references() const noexcept { return references_.value(); }
 
  private:
-  mutable std::size_t references_ = 0;
+  /// Ends the object's life and gives its memory back.
+  virtual void dispose() noexcept { delete this; }
+
+  mutable internal::ReferenceCount references_;
 };
 
 }  // namespace kb::zero

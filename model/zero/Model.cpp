@@ -1,35 +1,63 @@
 #include "model/zero/Model.hpp"
 
-#include <utility>
+#include <algorithm>
+#include <iterator>
 
 #include "model/zero/ModelElement.hpp"
 
 namespace kb::zero {
 
+using internal::Slab;
+
 ModelImpl::ModelImpl() = default;
 
 ModelImpl::~ModelImpl() {
-  // The youngest first: what was created later refers to what was there before, and is found at
-  // the end of its collections. An element that goes may destroy others, which changes the list.
-  while (!elements_.empty()) {
-    Handle<ModelElementImpl> const youngest = std::move(elements_.back());
-    elements_.pop_back();
-    youngest->model_ = nullptr;
+  // An element that goes may end others, in any slab, so the slabs themselves go last. What refers
+  // to an element that is gone, mostly goes too: only what handles keep has to forget it.
+  isGoing_ = true;
+  forEach([](ModelElementImpl& element) { element.leaveModel(); });
+  forEach([this](ModelElementImpl& element) { element.forgetGone(*this); });
+  for (Slabs& slabs : slabs_) slabs.clear_and_dispose([](Slab* slab) { slab->giveUp(); });
+}
+
+bool ModelImpl::isGone(ModelElementImpl const& element) const noexcept {
+  for (Slabs const& slabs : slabs_) {
+    for (Slab const& slab : slabs) {
+      if (slab.covers(element)) return !slab.holds(element);
+    }
   }
+  return false;
 }
 
-void ModelImpl::adopt(Handle<ModelElementImpl> const& element) {
-  elements_.push_back(element);
-  element->model_ = this;
-  element->slot_ = elements_.size() - 1;
+Slab& ModelImpl::addSlab(std::size_t elementSize) {
+  Slabs& slabs = slabsOf(elementSize);
+  // Each as large as all before it, so that neither a small nor a large model wastes much.
+  auto const bits =
+      static_cast<unsigned>(std::min<std::size_t>(Slab::smallest + slabs.size(), Slab::largest));
+  slabs.push_front(*Slab::create(*this, elementSize, bits));
+  return slabs.front();
 }
 
-void ModelImpl::release(ModelElementImpl& element) noexcept {
-  std::size_t const slot = element.slot_;
-  element.model_ = nullptr;
-  std::swap(elements_[slot], elements_.back());
-  elements_[slot]->slot_ = slot;
-  elements_.pop_back();
+void ModelImpl::adopt(ModelElementImpl& element, Slab& slab) noexcept {
+  slab.occupy();
+  if (slab.isFull()) {
+    Slabs& slabs = slabsOf(slab.elementSize());
+    slabs.splice(slabs.end(), slabs, slabs.iterator_to(slab));
+  }
+  element.slabBits_ = static_cast<std::uint8_t>(slab.bits());
+  element.enterModel(*this);
+}
+
+void ModelImpl::hasRoom(Slab& slab) noexcept {
+  if (isGoing_) return;
+  Slabs& slabs = slabsOf(slab.elementSize());
+  slabs.splice(slabs.begin(), slabs, slabs.iterator_to(slab));
+  if (!slab.isEmpty()) return;
+  // One empty slab may stay, lest an element that comes and goes takes one with it each time.
+  auto const next = std::next(slabs.begin());
+  if (next == slabs.end() || next->isFull()) return;
+  slabs.pop_front();
+  slab.giveUp();
 }
 
 Model Model::create() {

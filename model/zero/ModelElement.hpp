@@ -3,6 +3,8 @@
 
 #include <boost/uuid/uuid.hpp>
 #include <cstddef>
+#include <cstdint>
+#include <new>
 
 #include "model/zero/ElementImpl.hpp"
 #include "model/zero/Handle.hpp"
@@ -14,17 +16,19 @@ namespace kb::zero {
 class ModelElement;
 
 /// An element: it belongs to the model that it was created in until it is destroyed or the model
-/// goes. The model keeps it alive; so does every handle.
+/// goes. The model keeps it alive; so does every handle. One that is made by itself, without
+/// `createElement`, is never in a model.
 class ModelElementImpl : public ElementImpl {
  public:
-  explicit ModelElementImpl(boost::uuids::uuid const& uuid) noexcept;
+  /// Throws std::bad_alloc, but not for the nil uuid.
+  explicit ModelElementImpl(boost::uuids::uuid const& uuid);
   ~ModelElementImpl() override;
 
   /// The identity given at creation; the nil uuid stays nil.
-  boost::uuids::uuid const& getUuid() const noexcept { return uuid_; }
+  boost::uuids::uuid const& getUuid() const noexcept;
 
   /// The model that it belongs to; null when it was destroyed or the model is gone.
-  Model getModel() const noexcept { return Model(model_); }
+  Model getModel() const noexcept { return Model(isInModel_ ? home() : nullptr); }
 
   /// Takes the element out of its model and away from all others: afterwards no map, collection or
   /// element refers to it, nor it to them, whether or not its model is still there. Handles that
@@ -54,17 +58,30 @@ class ModelElementImpl : public ElementImpl {
                         ModelElementImpl const& /*other*/) const {
     return false;
   }
-  /// Takes `other` into the model of this element; nothing happens when this one has no model or
-  /// `other` has one. Throws std::bad_alloc.
-  void shareModelWith(ModelElementImpl& other) const;
+  /// Whether this element and `other` are of one model, which is going. Then an element that ends
+  /// need not take itself out of the other: that goes too, or forgets what is gone.
+  bool goesTogetherWith(ModelElementImpl const& other) const noexcept;
+  /// Called for an element that outlives its model: what it refers to without a count may be gone.
+  virtual void forgetGone(ModelImpl const& /*model*/) noexcept {}
+  /// Brings `other` back into the model that it was created in, when that is the one that this
+  /// element belongs to.
+  void bringBack(ModelElementImpl& other) const noexcept;
 
  private:
   friend class ModelImpl;
   friend class ReferenceCollection;
 
-  boost::uuids::uuid uuid_;
-  ModelImpl* model_ = nullptr;  // not counted: the model owns its elements
-  std::size_t slot_ = 0;        // the element's place in the model
+  void dispose() noexcept final;
+  // The model that the element was created in, unless it is gone or going.
+  ModelImpl* home() const noexcept;
+  ModelImpl* origin() const noexcept;  // also when it is going
+  void enterModel(ModelImpl& model) noexcept;
+  void leaveModel() noexcept;
+
+  // In what the reference count leaves of its word; there is room for two bytes of a derived class.
+  std::uint8_t slabBits_ = 0;  // the size of its slab; 0: it lies in none
+  bool isInModel_ : 1 = false;
+  bool hasUuid_ : 1 = false;
 };
 
 class ModelElement : public Handle<ModelElementImpl> {
@@ -76,10 +93,14 @@ class ModelElement : public Handle<ModelElementImpl> {
 /// null, std::bad_alloc when memory runs out.
 template <class X>
 X createElement(Model const& model, boost::uuids::uuid const& uuid) {
+  using Impl = typename X::Impl;
+  static_assert(sizeof(Impl) <= ModelImpl::largestElement);
+  static_assert(alignof(Impl) == ModelImpl::granularity);
   ModelImpl* const owner = model.operator->();
-  X element(new typename X::Impl(uuid));
-  owner->adopt(element);
-  return element;
+  internal::Slab& slab = owner->slabWithRoom(sizeof(Impl));
+  auto* const element = new (slab.freePlace()) Impl(uuid);
+  owner->adopt(*element, slab);
+  return X(element);
 }
 
 }  // namespace kb::zero

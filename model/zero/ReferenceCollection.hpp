@@ -1,12 +1,12 @@
 // An ordered list of references from one element to others.
 #pragma once
 
-#include <boost/container/small_vector.hpp>
 #include <cstddef>
 #include <iterator>
 #include <stdexcept>
 
 #include "model/zero/ModelElement.hpp"
+#include "model/zero/internal/ReferenceList.hpp"
 #include "model/zero/meta/Property.hpp"
 
 namespace kb::zero {
@@ -17,32 +17,28 @@ namespace kb::zero {
 /// The references are counted, with one exception: in a collection that is not composite, elements
 /// that refer back to the owner. Those take themselves out of the collection when they go, so that
 /// two elements never keep each other alive.
+///
+/// This is the owner's own collection as others see it, not a copy: it changes when the owner
+/// changes it, and must not be used when the owner is gone.
 class ReferenceCollection {
  public:
+  ReferenceCollection() noexcept = default;  ///< of no owner; only to be assigned to
   /// `owner` may be null: then nothing can be resolved through an inverse.
-  ReferenceCollection(ModelElementImpl* owner, meta::Property const& property) noexcept
-      : owner_(owner), property_(&property) {}
-  ReferenceCollection(ReferenceCollection const&) = delete;
-  ReferenceCollection& operator=(ReferenceCollection const&) = delete;
+  ReferenceCollection(ModelElementImpl* owner, meta::Property const& property,
+                      internal::ReferenceList& references) noexcept
+      : owner_(owner), property_(&property), references_(&references) {}
 
   /// How many references are stored, proxies included.
-  std::size_t size() const noexcept { return references_.size(); }
+  std::size_t size() const noexcept { return references_->size(); }
   bool isComposite() const noexcept { return property_->isComposite(); }
   /// The element that `proxy` stands for, or null.
   ModelElement resolveProxy(ModelElement const& proxy) const { return proxy->resolve(); }
-
-  /// Makes room for `size` references in all, so that appending up to there can't fail.
-  void reserve(std::size_t size) { references_.reserve(size); }
-  /// Makes room for one more reference, in constant time on average.
-  void reserveOneMore() {
-    if (size() == references_.capacity()) reserve(2 * size());
-  }
-  /// Takes `element` out; the others keep their order. Does nothing when it is not stored. Fast
-  /// for what stands near the end.
-  void remove(ModelElementImpl const& element) noexcept;
-  void clear() noexcept;
   /// Whether `element` itself is stored (proxies are not resolved).
-  bool contains(ModelElementImpl const& element) const noexcept;
+  bool contains(ModelElementImpl const& element) const noexcept {
+    return references_->contains(element);
+  }
+
+  friend bool operator==(ReferenceCollection const&, ReferenceCollection const&) = default;
 
  protected:
   /// The element at `index`. A proxy is resolved, and the resolved element takes its place in the
@@ -53,26 +49,17 @@ class ReferenceCollection {
   /// The element or proxy at `index` as it is stored. Throws std::out_of_range.
   ModelElement stored(std::size_t index) const {
     if (index >= size()) throw std::out_of_range("a collection has no such element");
-    return ModelElement(references_[index].element);
+    return ModelElement(&(*references_)[index]);
   }
-  void append(ModelElement const& element);
 
  private:
-  struct Reference {
-    ModelElementImpl* element;
-    ModelElement keepAlive;  // null where the element is not counted
-  };
-
-  Reference makeReference(ModelElement const& element) const;
   bool mayReplaceProxy(ModelElement const& resolved) const;
   /// Whether the property has an inverse by which `element` refers to the owner.
   bool refersToOwner(ModelElement const& element) const;
 
-  ModelElementImpl* owner_;
-  meta::Property const* property_;
-  // Most collections hold one or two elements, which need no memory of their own then.
-  mutable boost::container::small_vector<Reference, 2> references_;
-  mutable bool mayRepeat_ = false;  // one that was stored already has taken a proxy's place
+  ModelElementImpl* owner_ = nullptr;
+  meta::Property const* property_ = nullptr;
+  internal::ReferenceList* references_ = nullptr;
 };
 
 /// A collection of elements of kind `X`.
@@ -93,9 +80,9 @@ class ReferenceCollectionOf : public ReferenceCollection {
     using reference = X;
 
     const_iterator() noexcept = default;
-    const_iterator(ReferenceCollectionOf const* collection, std::size_t index) noexcept
+    const_iterator(ReferenceCollectionOf const& collection, std::size_t index) noexcept
         : collection_(collection), index_(index) {}
-    X operator*() const { return (*collection_)[index_]; }
+    X operator*() const { return collection_[index_]; }
     const_iterator& operator++() noexcept {
       ++index_;
       return *this;
@@ -104,17 +91,12 @@ class ReferenceCollectionOf : public ReferenceCollection {
     friend bool operator==(const_iterator const&, const_iterator const&) noexcept = default;
 
    private:
-    ReferenceCollectionOf const* collection_ = nullptr;
+    ReferenceCollectionOf collection_;
     std::size_t index_ = 0;
   };
 
-  /// Adds a reference at the end. Throws NullHandleError when `element` is null.
-  void append(X const& element) {
-    element.operator->();
-    ReferenceCollection::append(element);
-  }
-  const_iterator begin() const noexcept { return {this, 0}; }
-  const_iterator end() const noexcept { return {this, size()}; }
+  const_iterator begin() const noexcept { return {*this, 0}; }
+  const_iterator end() const noexcept { return {*this, size()}; }
   /// Throws std::out_of_range.
   X operator[](std::size_t index) const { return cast(read(index)); }
   /// The element or proxy at `index` as it is stored. Throws std::out_of_range.
