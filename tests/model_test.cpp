@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <numeric>
+#include <random>
 #include <ranges>
 #include <unordered_set>
 
@@ -132,6 +133,7 @@ TEST_F(ModelTest, LifetimesInEveryOrderOfRelease) {
       Model partsModel = traits & 8 ? Model::create() : model;
       RoadSegmentNode const joint = RoadSegmentNode::create(partsModel, nil);
       RoadSegment const first = addSegment(road, joint), second = addSegment(road, joint);
+      addSegment(network->getRoads().back(), joint);
       GeoReference const origin = GeoReference::create(partsModel, nil);
       network->setGeoReference(origin);
       bool firstStands = true;
@@ -168,6 +170,7 @@ TEST_F(ModelTest, LifetimesInEveryOrderOfRelease) {
         ASSERT_EQ(bool(road->getEndNode()), stands[0]);
         ASSERT_EQ(road->getRoadSegments().size(), stands[0] * (1u + firstStands));
       }
+      partsModel = Model();
       ASSERT_EQ(ModelElementImpl::liveCount(), before + 4);  // the parts that have handles
     } while (std::next_permutation(order.begin(), order.end()));
   }
@@ -196,6 +199,9 @@ TEST_F(ModelTest, EndsAndOriginsLeaveTheModelWithTheirLastUser) {
       inModel += end->getModel() ? std::string(1, letter) : "";
     EXPECT_EQ(inModel, expected);
   }
+  Model const another = Model::create();  // in which nothing comes back that was made elsewhere
+  RoadSegment::create(another, nil)->setStartNode(nodes['a']);
+  EXPECT_FALSE(nodes['a']->getModel());
   GeoReference const first = network->getGeoReference(), other = GeoReference::create(model, nil);
   RoadNetwork::create(Model::create(), nil)->setGeoReference(other);
   EXPECT_FALSE(other->getModel());
@@ -214,7 +220,13 @@ TEST_F(ModelTest, ALargeHubAndChainGoInLinearTimeWithoutDeepRecursion) {
   Ids ids(50'000);
   std::iota(ids.begin(), ids.end(), 0ul);
   std::function<void()> const ways[] = {[&] { model = Model(); }, [&] { network->destroy(); },
-                                        [&] { network->clear(); }};
+                                        [&] { network->clear(); },
+                                        [&] {
+                                          auto roads = network->getRoads();
+                                          std::shuffle(roads.begin(), roads.end(), std::mt19937(1));
+                                          for (Road const& road : roads) road->destroy();
+                                          network->clear();
+                                        }};
   std::clock_t const start = std::clock();
   for (auto const& end : ways) {
     makeNetwork(ids);
@@ -255,6 +267,11 @@ TEST_F(ModelTest, NodesAreKeyedByUnsignedId) {
   std::iota(positions.begin(), positions.end(), 0.0);
   network->addNodes(Ids(40, 7), Names(40), positions);
   EXPECT_EQ(node(7)->getPosition()[0], 0.0);  // the first of many with one id
+  network->addNodes({20, 21, 22}, {u"20", u"021", u""}, Doubles(9));
+  EXPECT_EQ(node(20)->getName() + node(21)->getName() + node(22)->getName(), u"20021");
+  EXPECT_EQ(network->addNode(~1ul, {1, 2, 3})->getName(), u"-2");
+  EXPECT_EQ(network->addNode(4, {0, 0, 0}), node(4));
+  EXPECT_EQ(node(4)->getName(), u"f");
 }
 
 static_assert(std::ranges::random_access_range<RoadImpl::Sequence const>);
@@ -272,6 +289,14 @@ TEST_F(ModelTest, RoadsKeepWhatTheyAreGiven) {
   road->setCenters({1, 2}, {5, 6});
   EXPECT_THROW(road->setCenters({1, 2}, {3}), std::invalid_argument);
   EXPECT_THAT(road->getCentersY(), ElementsAre(5, 6));
+  segment->setGeometry(road->getCentersX(), Doubles{7}, {}, {}, road->getCentersY());
+  EXPECT_EQ(&segment->getCentersX(), &road->getCentersX());
+  road->setCenters({}, {});
+  EXPECT_THAT(segment->getHeadings(), ElementsAre(5, 6));
+  EXPECT_THAT(segment->getCentersY(), ElementsAre(7));
+  EXPECT_EQ(segment->getElevations().size() + road->getCentersX().size(), 0u);
+  road->setName(SharedText(u"a"));
+  EXPECT_EQ(road->getName() + other->getName(), u"a");
 }
 
 /// An element of which the test decides what it refers to and, for a proxy, what it stands for.
@@ -364,6 +389,43 @@ TEST(ModelProxy, IsReplacedByAValidElementWhereTheInverseAllowsIt) {
   proxy->onResolve = []() -> ModelElement { throw std::runtime_error("not loaded"); };
   EXPECT_THROW(parts[0], std::runtime_error);
   EXPECT_EQ(parts.stored(0), proxy);
+}
+
+// Up to two, up to 32 and more of them are stored in different ways, and nobody is to notice.
+TEST(ModelReferences, AreKeptInOrderWhateverTheirNumber) {
+  std::vector<Part> parts;
+  for (int i = 0; i < 150; ++i) parts.emplace_back(new PartImpl('p'));
+  std::mt19937 random(1);
+  for (std::size_t const longest : {2, 6, 40, 150}) {
+    ReferenceList list;
+    std::vector<std::pair<PartImpl*, bool>> expected;
+    for (int step = 0; step < 3000; ++step) {
+      PartImpl* const part = parts[random() % longest].get();
+      bool const counted = random() % 2 == 0;
+      if (auto const act = random() % 8; act < 5 && expected.size() < longest) {
+        if (act == 0) list.reserve(random() % longest);
+        list.append(*part, counted);
+        expected.emplace_back(part, counted);
+      } else if (act == 5 && !expected.empty()) {
+        std::size_t const index = random() % expected.size();
+        list.replace(index, *part, counted);
+        expected[index] = {part, counted};
+      } else {
+        list.remove(*part);
+        std::erase_if(expected, [&](auto const& one) { return one.first == part; });
+      }
+      ASSERT_EQ(list.size(), expected.size());
+      std::map<PartImpl*, std::size_t> references;
+      for (std::size_t i = 0; i < list.size(); ++i) {
+        ASSERT_EQ(&list[i], expected[i].first);
+        references[expected[i].first] += expected[i].second;
+      }
+      ASSERT_EQ(list.contains(*part), references.count(part) == 1);
+      ASSERT_EQ(part->references(), 1 + references[part]);
+    }
+    list.clear();
+    for (Part const& part : parts) ASSERT_EQ(part->references(), 1u);
+  }
 }
 
 /// A road or segment that is not loaded yet.

@@ -66,12 +66,13 @@ class NodeImpl : public kb::zero::ModelElementImpl {
   void setName(std::u16string const& name);
 
   std::uint8_t positionSize_ = 0;
-  support::ModelId id_ = 0;
-  kb::zero::SharedText name_;  // none where it is the id
-  std::array<double, 3> position_{};
-  // Not counted; reading them resolves proxies.
+  // Not counted; reading them resolves proxies. Each road that comes or goes touches them and the
+  // reference count, so they stand side by side.
   mutable kb::zero::internal::ReferenceList incomingRoads_;
   mutable kb::zero::internal::ReferenceList outgoingRoads_;
+  support::ModelId id_ = 0;
+  std::array<double, 3> position_{};
+  kb::zero::SharedText name_;           // none where it is the id
   RoadNetworkImpl* network_ = nullptr;  // not counted: the network owns its nodes
 };
 

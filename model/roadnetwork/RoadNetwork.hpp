@@ -30,8 +30,9 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
   std::vector<Road> const& getRoads() const noexcept { return roads_; }
   GeoReference const& getGeoReference() const noexcept { return geoReference_; }
   /// Replaces the reference by another or, with a null handle, by none. The one before leaves the
-  /// model; a handle keeps it alive beyond that, and it comes back when it is set again. Throws
-  /// std::invalid_argument for a reference of another network, std::bad_alloc.
+  /// model; a handle keeps it alive beyond that, and it comes back when it is set again in a
+  /// network of that model. Throws std::invalid_argument for a reference of another network,
+  /// std::bad_alloc.
   void setGeoReference(GeoReference const& reference);
 
   /// Takes a road in; a road that is in it already stays where it is. Throws NullHandleError for a

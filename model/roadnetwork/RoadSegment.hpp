@@ -24,8 +24,8 @@ class RoadSegmentImpl : public kb::zero::ModelElementImpl {
   void setID(support::ModelId id) noexcept { id_ = id; }
 
   /// The segment holds a reference on the node at each end; segments that meet share one. A node
-  /// leaves the model when the last segment at it is destroyed or set to another node; a handle
-  /// keeps it alive beyond that, and it comes back into the model when a segment is set to it.
+  /// leaves its model when the last segment at it is destroyed or set to another node; a handle
+  /// keeps it alive beyond that, and it comes back when a segment of that model is set to it.
   /// Throws std::bad_alloc.
   void setStartNode(RoadSegmentNode const& node) { setNode(start_, node, end_); }
   void setEndNode(RoadSegmentNode const& node) { setNode(end_, node, start_); }

@@ -105,10 +105,8 @@ ReferenceList::Reference* ReferenceList::few() noexcept {
   return isArray() ? reinterpret_cast<Reference*>(words_[0] & ~arrayBit) : words_;
 }
 
-std::size_t ReferenceList::size() const noexcept {
-  if (isMany()) return many()->size;
-  if (isArray()) return words_[1] & ((std::uintptr_t{1} << sizeBits) - 1);
-  return words_[0] == 0 ? 0 : words_[1] == 0 ? 1 : 2;
+std::size_t ReferenceList::sizeOfMore() const noexcept {
+  return isMany() ? many()->size : words_[1] & ((std::uintptr_t{1} << sizeBits) - 1);
 }
 
 std::size_t ReferenceList::capacity() const noexcept {

@@ -23,7 +23,10 @@ class ReferenceList {
     if (words_[0] != 0) clear();
   }
 
-  std::size_t size() const noexcept;
+  std::size_t size() const noexcept {
+    if (isArray() || isMany()) return sizeOfMore();
+    return words_[0] == 0 ? 0 : words_[1] == 0 ? 1 : 2;
+  }
   /// `index` must be less than the size.
   ModelElementImpl& operator[](std::size_t index) const noexcept;
   bool contains(ModelElementImpl const& element) const noexcept;
@@ -49,6 +52,7 @@ class ReferenceList {
   bool isArray() const noexcept { return (words_[0] & arrayBit) != 0; }
   bool isMany() const noexcept { return (words_[0] & manyBit) != 0; }
   Many* many() const noexcept { return reinterpret_cast<Many*>(words_[0] & ~manyBit); }
+  std::size_t sizeOfMore() const noexcept;  // than two
   Reference* few() noexcept;
   std::size_t capacity() const noexcept;
   void setSize(std::size_t size) noexcept;
