@@ -1,7 +1,6 @@
 // The state of one import and its run.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,8 +10,8 @@
 #include "model/roadnetwork/DirectionOfTravel.hpp"
 #include "model/roadnetwork/RoadNetwork.hpp"
 #include "model/zero/Model.hpp"
+#include "model/zero/SharedText.hpp"
 #include "osm/Reader.hpp"
-#include "support/IdMap.hpp"
 #include "tags/keys.hpp"
 
 /// One import: made on a model and a network, run once, asked for the limits, destroyed. It owns
@@ -38,8 +37,9 @@ class RoadNetworkImporter {
   velora::roadnetwork::RoadNetwork const& roadNetwork;  ///< what the import fills
   OpenStreetMap::Reader reader;
   std::vector<OpenStreetMap::Way const*> selectedWays;  ///< the ways that become roads, by id
-  support::IdMap<std::u16string> wayNames;
-  support::IdMap<velora::roadnetwork::DirectionOfTravel> wayDirections;
+  /// Of each selected way, in their order. Names go when the roads have them.
+  std::vector<kb::zero::SharedText> wayNames;
+  std::vector<velora::roadnetwork::DirectionOfTravel> wayDirections;
   JunctionNodes junctionNodeIds;
   RoadWayIds roadWayIds;
   std::vector<RoadJoin> joins;  ///< in the order in which they were made

@@ -3,14 +3,13 @@
 #include <utility>
 
 #include "report/ImportReport.hpp"
-#include "support/lookup.hpp"
+#include "support/IdMap.hpp"
 #include "tags/highway.hpp"
 #include "tags/layer.hpp"
 #include "tags/oneway.hpp"
 
 using OpenStreetMap::Id;
 using OpenStreetMap::Way;
-using support::lookup;
 using velora::roadnetwork::DirectionOfTravel;
 
 namespace {
@@ -85,8 +84,8 @@ void checkJoin(RoadNetworkImporter const& importer, RoadJoin const& join, Import
   Way const& other = importer.reader.ways.at(join.ways[1]);
   ImportReport::Join const entry{join.road, &one, &other, join.node};
   if (nameOf(one) != nameOf(other)) report.differentNames.push_back(entry);
-  DirectionOfTravel const direction = lookup(importer.wayDirections, other.id);
-  if (lookup(importer.wayDirections, one.id) != (join.turned ? turned(direction) : direction)) {
+  DirectionOfTravel const direction = wayDirection(other.tags);
+  if (wayDirection(one.tags) != (join.turned ? turned(direction) : direction)) {
     report.droppedDirections.push_back(entry);
   }
 }

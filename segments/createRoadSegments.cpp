@@ -2,45 +2,68 @@
 
 #include <boost/uuid/uuid.hpp>
 #include <limits>
+#include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
 #include "segments/ConstantSequences.hpp"
 #include "support/lookup.hpp"
 
-using support::lookup;
+using velora::roadnetwork::Node;
+using velora::roadnetwork::Road;
 using velora::roadnetwork::RoadSegment;
 using velora::roadnetwork::RoadSegmentNode;
 
 namespace {
 
-using SegmentNodes = support::ModelIdMap<RoadSegmentNode>;
+// The segment nodes at the two ends of a road; null as long as they are not known.
+struct Ends {
+  RoadSegmentNode start;
+  RoadSegmentNode end;
+};
 
-SegmentNodes createSegmentNodes(RoadNetworkImporter& importer) {
-  auto const& nodes = importer.roadNetwork->getNodes();
-  SegmentNodes segmentNodesByNodeId;
-  segmentNodesByNodeId.reserve(nodes.size());  // never rehashed
-  for (auto const& [id, node] : nodes) {
+// Of each road, in the order of the network's list: the Nodes know their roads, so that none of
+// them has to be looked up by its id.
+std::vector<Ends> createSegmentNodes(RoadNetworkImporter& importer) {
+  std::vector<Road> const& roads = importer.roadNetwork->getRoads();
+  std::vector<Ends> ends(roads.size());
+  auto const set = [&](Road const& road, RoadSegmentNode Ends::*end, RoadSegmentNode const& node) {
+    std::size_t const slot = road->getNetworkSlot();
+    // A host may have a road at a Node of the network that is not in the network itself.
+    if (slot < roads.size() && roads[slot] == road) ends[slot].*end = node;
+  };
+  for (auto const& [id, node] : importer.roadNetwork->getNodes()) {
     RoadSegmentNode const segmentNode =
         RoadSegmentNode::create(importer.model, boost::uuids::uuid{});
     segmentNode->setID(id);
-    segmentNodesByNodeId.try_emplace(id, segmentNode);
+    for (Road const& road : node->getOutgoingRoads()) set(road, &Ends::start, segmentNode);
+    for (Road const& road : node->getIncomingRoads()) set(road, &Ends::end, segmentNode);
   }
-  return segmentNodesByNodeId;
+  return ends;
+}
+
+RoadSegmentNode const& required(RoadSegmentNode const& segmentNode, Node const& node) {
+  if (!segmentNode) {
+    static_cast<void>(node.operator->());  // throws for a road that has no Node there at all
+    support::throwMissing();
+  }
+  return segmentNode;
 }
 
 }  // namespace
 
 void createRoadSegments(RoadNetworkImporter& importer) {
-  SegmentNodes const segmentNodes = createSegmentNodes(importer);
+  std::vector<Ends> const ends = createSegmentNodes(importer);
   ConstantSequences constants;
-  for (auto const& road : importer.roadNetwork->getRoads()) {
+  for (std::size_t i = 0; i < ends.size(); ++i) {
+    Road const& road = importer.roadNetwork->getRoads()[i];
     RoadSegment const segment = RoadSegment::create(importer.model, boost::uuids::uuid{});
     segment->setID(road->getID());
-    segment->setStartNode(lookup(segmentNodes, road->getStartNode()->getID()));
-    segment->setEndNode(lookup(segmentNodes, road->getEndNode()->getID()));
+    segment->setStartNode(required(ends[i].start, road->getStartNode()));
+    segment->setEndNode(required(ends[i].end, road->getEndNode()));
     std::size_t const n = road->getCentersX().size();
-    auto const& zeros = constants.of(n, 0.0);
-    auto const& notComputed = constants.of(n, std::numeric_limits<double>::quiet_NaN());
+    ConstantSequences::Sequence const zeros = constants.of(n, 0.0);
+    ConstantSequences::Sequence const notComputed =
+        constants.of(n, std::numeric_limits<double>::quiet_NaN());
     segment->setGeometry(road->getCentersX(), road->getCentersY(), zeros, zeros, notComputed);
     road->addRoadSegment(segment);
   }

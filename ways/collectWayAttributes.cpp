@@ -10,7 +10,7 @@ void collectWayAttributes(RoadNetworkImporter& importer) {
   importer.wayNames.reserve(importer.selectedWays.size());
   importer.wayDirections.reserve(importer.selectedWays.size());
   for (Way const* const way : importer.selectedWays) {
-    importer.wayNames.try_emplace(way->id, wayName(way->id, way->tags));
-    importer.wayDirections.try_emplace(way->id, wayDirection(way->tags));
+    importer.wayNames.emplace_back(wayName(way->id, way->tags));
+    importer.wayDirections.push_back(wayDirection(way->tags));
   }
 }
