@@ -191,23 +191,12 @@ class Formats(unittest.TestCase):
                 with self.subTest(source=source.name, format=name):
                     self.assertEqual(read(self.export(source, name)), (nodes, edges(roads)))
 
-    def test_json_keeps_what_is_odd(self):
-        """What becomes of each name, id and coordinate, the comparison above has seen."""
-        source = self.file("odd.osm", ODD)
-        text = self.export(source, "json").read_text()
-        self.assertEqual(run(source, "-o", "-").stdout.decode(), text)
-        network = json.loads(text)
-        self.assertEqual(list(network), ["limits", "geoReference", "nodes", "roads"])
-        self.assertEqual(" ".join(network["roads"][0]), "id name weight direction startNode "
-                                                        "endNode centersX centersY segments")
-        segments = [road["segments"][0] for road in network["roads"]]
-        self.assertTrue(all(set(segment["headings"]) == {None} for segment in segments))
-        self.assertIn(math.inf, sum((segment["elevations"] for segment in segments), []))
-        self.assertIn(2**64 - 7, [node["id"] for node in network["nodes"]])
-        self.assertIn("-0.0", text)
-        empty = json.loads(run(self.file("empty.osm", "<osm version='0.6'/>"), "-o", "-").stdout)
-        self.assertEqual(empty, {"limits": [], "nodes": [], "roads": [], "geoReference":
-                                 {"latitude": None, "longitude": None, "altitude": 0}})
+    def test_json_without_anything_in_it(self):
+        source = self.file("empty.osm", "<osm version='0.6'/>")
+        text = self.export(source, "json").read_bytes()
+        self.assertEqual(run(source, "-o", "-").stdout, text)
+        self.assertEqual(json.loads(text), {"limits": [], "nodes": [], "roads": [], "geoReference":
+                                            {"latitude": None, "longitude": None, "altitude": 0}})
 
     def test_the_same_input_gives_the_same_bytes(self):
         for ending in ("json", "geojson", "geojsonl", "gpkg", "fgb", "gmns", "graphml"):
@@ -249,8 +238,6 @@ class Formats(unittest.TestCase):
                 ((179, -179), [[[179, 0], [180, 0.5]], [[-180, 0.5], [-179, 1]]]),
                 ((-178, 179, 178), [[[-178, 0], [-180, 2 / 3]],
                                     [[180, 2 / 3], [179, 1], [178, 2]]]),
-                ((179, -179, 179), [[[179, 0], [180, 0.5]], [[-180, 0.5], [-179, 1], [-180, 1.5]],
-                                    [[180, 1.5], [179, 2]]]),
                 ((179, 180, -179), [[[179, 0], [180, 1]], [[-180, 1], [-179, 2]]]),
                 ((179, -180, -179), [[[179, 0], [180, 1]], [[-180, 1], [-179, 2]]]),
                 ((180, -180), [[[-180, 0], [-180, 1]]]),
