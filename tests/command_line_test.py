@@ -226,8 +226,9 @@ class CommandLine(unittest.TestCase):
             (self.folder / folder).mkdir(exist_ok=True)
             for ending in ENDINGS:
                 output = f"{folder}/{ending * 30}.csv"
-                self.assert_succeeds(self.run_example("-f", ending, "-o", output))
-                self.assertTrue((self.folder / output).exists())
+                self.assert_succeeds(self.run_example("-f", ending, "-o", output, umask=0o027))
+                mode = (self.folder / output).stat().st_mode & 0o777
+                self.assertEqual(mode, 0o750 if ending in FOLDERS else 0o640)
 
     def test_a_standard_output_that_cannot_be_written(self):
         done = self.run_example("-r", "report.json", preexec_fn=lambda: os.close(1))
