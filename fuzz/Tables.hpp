@@ -10,6 +10,7 @@
 #include "osm/decode/TableFiller.hpp"
 #include "osm/decode/WayFiller.hpp"
 #include "osm/records.hpp"
+#include "support/ustring.hpp"
 
 struct Tables {
   OpenStreetMap::RecordStorage storage;
@@ -19,7 +20,7 @@ struct Tables {
   OpenStreetMap::TableFiller filler{storage, nodes, ways, relations};
 
   /// Ends the process when something is in them that must not be.
-  void check() const {
+  void check() const noexcept {
     for (auto const& node : nodes) {
       require(std::abs(node.first) <= 90 && std::abs(node.second) <= 180);
       require(nodes.find(node.id) == &node);
@@ -31,7 +32,7 @@ struct Tables {
     }
     for (auto const& relation : relations) {
       require(relations.find(relation.id) == &relation);
-      for (auto const& member : relation.members) require(isWellFormed(*member.role));
+      for (auto const& member : relation.members) checkText(*member.role);
       checkTags(relation.tags);
     }
   }
@@ -78,16 +79,13 @@ struct Tables {
   }
   static void checkTags(OpenStreetMap::Tags const& tags) {
     for (auto const& [key, value] : tags) {
-      require(isWellFormed(key) && isWellFormed(value));
+      checkText(key);
+      checkText(value);
       require(&tags.at(key) == &value);  // each key once
     }
   }
-  static bool isWellFormed(std::u16string const& text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      bool const lead = (text[i] & 0xFC00) == 0xD800;
-      bool const trail = (text[i] & 0xFC00) == 0xDC00;
-      if (trail || (lead && (++i == text.size() || (text[i] & 0xFC00) != 0xDC00))) return false;
-    }
-    return true;
+  static void checkText(std::u16string const& text) {
+    static support::codecvt_ustring_to_string const utf8("UTF-8", 1);
+    utf8.do_convert(text.data(), text.size());  // throws when it is ill-formed
   }
 };

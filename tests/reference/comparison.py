@@ -1,17 +1,26 @@
-"""What the program makes of a file, and how that differs from what the reference import makes."""
+"""comparison.py PROGRAM INPUT: program and reference import make the same of it, to the bit."""
 
 import json
 import subprocess
+import sys
 import tempfile
 from itertools import islice
+
+from osm_data import read_osm
+from reference_import import network_of
 
 
 class Refused(Exception):
     """The program did not import the file."""
 
     def __init__(self, status, message):
-        super().__init__(f"exit status {status}: {message}")
+        super().__init__(f"exit status {status}: {message!r}")
         self.status, self.message = status, message
+
+    def is_one_line_about(self, path):
+        lines = self.message.splitlines(keepends=True)
+        is_one_line = len(lines) == 1 and lines[0].endswith("\n")
+        return is_one_line and self.status == 1 and lines[0].startswith(f"osm2roadnet: {path}: ")
 
 
 def run(program, path):
@@ -42,3 +51,8 @@ def differences(ours, theirs, path=""):
 def first_differences(ours, theirs):
     """Text, empty where there are none."""
     return "\n".join(islice(differences(ours, theirs), 20))
+
+
+if __name__ == "__main__":
+    program, source = sys.argv[1:]
+    sys.exit(first_differences(run(program, source), network_of(read_osm(source))) or 0)

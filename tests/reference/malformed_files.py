@@ -29,21 +29,18 @@ def descriptions(data):
     return [f"{counts} [{lines}]", f"{counts} [{len(roads)} roads]", f"ACCEPT; {names}"]
 
 
-def fault_of_refusal(path, expected, refused):
-    status, message = refused.status, refused.message
-    if expected not in ("reject", "any"):
-        return f"not accepted: {message.strip()}"
-    is_one_line = message.endswith("\n") and len(message.splitlines()) == 1
-    if status != 1 or not is_one_line or not message.startswith(f"osm2roadnet: {path}: "):
-        return f"refused with exit status {status} and {message!r}"
-    return ""
-
-
-def fault_of_network(path, expected, graph, network):
-    if expected == "reject":
-        return "not rejected"
-    if expected == "any":
+def fault(program, folder, row):
+    """What is wrong with what the program made of a row's file; empty where nothing is."""
+    name, expected, _, graph = row
+    path = str(folder / name)
+    try:
+        network = run(program, path)
+    except Refused as refused:
+        if expected == "accept" or not refused.is_one_line_about(path):
+            return f"refused: {refused}"
         return ""
+    if expected != "accept":
+        return "not rejected" if expected == "reject" else ""
     try:
         data = read_osm(path)
     except UnicodeDecodeError as error:  # pyosmium hands no text over that is not UTF-8
@@ -52,16 +49,6 @@ def fault_of_network(path, expected, graph, network):
     if graph and graph not in descriptions(data):
         return f"the reference makes {descriptions(data)[0]} instead of {graph}"
     return first_differences(network, network_of(data))
-
-
-def fault(program, folder, row):
-    """What is wrong with what the program made of a row's file; empty where nothing is."""
-    name, expected, _, graph = row
-    path = str(folder / name)
-    try:
-        return fault_of_network(path, expected, graph, run(program, path))
-    except Refused as refused:
-        return fault_of_refusal(path, expected, refused)
 
 
 def main():

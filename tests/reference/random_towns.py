@@ -12,16 +12,28 @@ from xml.sax.saxutils import quoteattr
 
 from comparison import Refused, first_differences, run
 from osm_data import OsmData
-from reference_import import network_of
+from reference_import import HIGHWAY_TYPES, network_of
 
 TOWNS_IN_A_FILE = 25
+ID_RANGES = [(-(2**9), 2**9), (-(2**33), 2**33), (-(2**63), 2**63 - 1), (-(2**63), 9 - 2**63)]
 # By frequency; None: no such tag. Names occur in one another, some only across a seam.
 VALUES = {
-    "highway": ["residential"] * 20 + ["road", "raceway", "path", "Road", "", None],
-    "name": [None] * 3 + ["", "a", "b", "ab", "ba", "a-b", "b-a", "-", "ß", "1", "\U0001f6e3"],
-    "oneway": [None] * 5 + ["yes", "1", "-1"] * 2 + ["no", "YES", "yes ", "true", ""],
-    "layer": [None] * 5
-    + ["1", "-1", "0.1", "0.3", "-0", "+.7", " 2", "1;2", "3e", "1e300", "1e308", "1e400", "x", ""],
+    "highway": ["residential"] * 60
+    + sorted(HIGHWAY_TYPES)
+    + "path track footway cycleway pedestrian steps proposed Road roads motorway;primary".split()
+    + ["motorway ", " motorway", "", None],
+    "name": [None] * 3
+    + ["", "a", "b", "ab", "ba", "a-b", "b-a", "-", " a  b ", "ß", "1", "\U0001f6e3"],
+    "oneway": [None] * 6
+    + ["yes", "1", "-1"] * 2
+    + ["no", "YES", "yes ", "true", "reversible", ""],
+    "layer": [None] * 9
+    + "1 -1 0.1 0.3 -0 +.7 5. 1;2 1,5 3abc 0x10 1e1 3e 3em 1e300 1e308 1e400".split()
+    + [" 2", "\t-1", "1 000", "x", "", ".", "-", "nan", "inf", "\u22121", "\u0661"],
+    "junction": [None] * 5 + ["roundabout"],
+    "area": [None] * 9 + ["yes"],
+    "Name": [None] * 9 + ["x"],
+    "ref": [None] * 9 + ["x"],
 }
 
 
@@ -34,8 +46,7 @@ class Builder:
 
     def fresh_id(self):
         while True:
-            bits = self.random.choice([10, 33, 63])
-            osm_id = self.random.getrandbits(bits) * self.random.choice([1, -1])
+            osm_id = self.random.randint(*self.random.choice(ID_RANGES))
             if osm_id not in self.used:
                 self.used.add(osm_id)
                 return osm_id
@@ -43,7 +54,8 @@ class Builder:
     def fresh_nodes(self, town, count):
         ids = [self.fresh_id() for _ in range(count)]
         for osm_id in ids:
-            position = self.random.uniform(-90, 90), round(self.random.uniform(-180, 180), 3)
+            latitude = self.random.choice([self.random.uniform(-90, 90), 90.0, -0.0])
+            position = latitude, round(self.random.uniform(-180, 180), 3)
             if town.positions and self.random.random() < 0.1:  # where another is
                 position = self.random.choice(list(town.positions.values()))
             town.positions[osm_id] = position
