@@ -128,7 +128,7 @@ void runModelAlone(benchmark::State& state, std::string const& path) {
         RoadSegment const segment = RoadSegment::create(copy.model, boost::uuids::uuid{});
         segment->setStartNode(*nextEnd);
         segment->setEndNode(*nextEnd);
-        auto const& zeros = original->getRoadSegments()[0]->getBankingAngles();
+        auto const zeros = original->getRoadSegments()[0]->getBankingAngles();
         segment->setGeometry(road->getCentersX(), road->getCentersY(), zeros, zeros, zeros);
         road->addRoadSegment(segment);
         if (++nextNode == copy.network->getNodes().end()) {

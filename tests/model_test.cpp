@@ -291,8 +291,13 @@ TEST_F(ModelTest, RoadsKeepWhatTheyAreGiven) {
   EXPECT_THAT(road->getCentersY(), ElementsAre(5, 6));
   segment->setGeometry(road->getCentersX(), Doubles{7}, {}, {}, road->getCentersY());
   EXPECT_EQ(&segment->getCentersX(), &road->getCentersX());
+  auto const copy = road->getCentersX();
   road->setCenters({}, {});
   EXPECT_THAT(segment->getHeadings(), ElementsAre(5, 6));
+  segment->setGeometry({}, Doubles{7}, {}, {}, segment->getHeadings());
+  segment->setGeometry(copy, segment->getCentersY(), {}, {}, segment->getHeadings());
+  EXPECT_EQ(segment->getCentersX().values().data(), copy.values().data());
+  EXPECT_THAT(copy, ElementsAre(1, 2));
   EXPECT_THAT(segment->getCentersY(), ElementsAre(7));
   EXPECT_EQ(segment->getElevations().size() + road->getCentersX().size(), 0u);
   road->setName(SharedText(u"a"));

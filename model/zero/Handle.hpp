@@ -17,7 +17,7 @@ class NullHandleError : public std::logic_error {
 };
 
 /// One counted reference to an implementation object, or null. Copying adds a reference, dropping
-/// removes it. `ImplType` derives from ElementImpl and must be complete where members are used.
+/// removes it. `ImplType` has `addRef` and `removeRef` and must be complete where members are used.
 template <class ImplType>
 class Handle {
  public:
