@@ -13,22 +13,6 @@
 
 namespace {
 
-std::optional<OpenStreetMap::DecodeError> decode(std::string_view bytes,
-                                                 OpenStreetMap::ElementSink& sink) {
-  try {
-    // Also in small pieces, so that whatever spans two of them is met.
-    MemorySource source(bytes, bytes.size() % 2 == 0 ? 7 : 64 * 1024);
-    OpenStreetMap::decodeFile(source, "", sink, OpenStreetMap::decodeOneByOne);
-    return std::nullopt;
-  } catch (OpenStreetMap::DecodeError const& error) {
-    return error;
-  }
-}
-
-}  // namespace
-
-namespace {
-
 // Hands out at most `piece` bytes at a time.
 class MemorySource final : public OpenStreetMap::ByteSource {
  public:
@@ -44,6 +28,18 @@ class MemorySource final : public OpenStreetMap::ByteSource {
   std::string_view bytes_;
   std::size_t piece_;
 };
+
+std::optional<OpenStreetMap::DecodeError> decode(std::string_view bytes,
+                                                 OpenStreetMap::ElementSink& sink) {
+  try {
+    // Also in small pieces, so that whatever spans two of them is met.
+    MemorySource source(bytes, bytes.size() % 2 == 0 ? 7 : 64 * 1024);
+    OpenStreetMap::decodeFile(source, "", sink, OpenStreetMap::decodeOneByOne);
+    return std::nullopt;
+  } catch (OpenStreetMap::DecodeError const& error) {
+    return error;
+  }
+}
 
 }  // namespace
 

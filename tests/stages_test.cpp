@@ -53,8 +53,8 @@ TEST(ChainRoads, TakesThePointAtTheNodeFromTheHigherRoadId) {
     }
     chainRoads(import.importer);
     ASSERT_EQ(import.network->getRoads().size(), 1u);
-    EXPECT_EQ(import.network->getRoads()[0]->getCentersX().values(), line);
-    EXPECT_EQ(import.network->getRoads()[0]->getCentersY().values(), line);
+    EXPECT_THAT(import.network->getRoads()[0]->getCentersX(), testing::ElementsAreArray(line));
+    EXPECT_THAT(import.network->getRoads()[0]->getCentersY(), testing::ElementsAreArray(line));
   }
 }
 
