@@ -1,15 +1,18 @@
 #include "osm/IdNumbering.hpp"
 
 #include <algorithm>
+#include <numeric>
 #include <stdexcept>
 
 namespace OpenStreetMap {
 
 void IdNumbering::assignNumbers() {
-  std::sort(blocks_.begin(), blocks_.end(),
-            [](Block const& a, Block const& b) { return a.key < b.key; });
-  for (std::size_t i = 0; i < blocks_.size(); ++i) {
-    Block& block = blocks_[i];
+  order_.resize(blocks_.size());
+  std::iota(order_.begin(), order_.end(), Place{0});
+  std::sort(order_.begin(), order_.end(),
+            [this](Place a, Place b) { return blocks_[a].key < blocks_[b].key; });
+  for (Place const place : order_) {
+    Block& block = blocks_[place];
     block.first = static_cast<Number>(size_);
     std::size_t inBlock = 0;
     for (std::size_t word = 0; word < block.bits.size(); ++word) {
@@ -18,12 +21,11 @@ void IdNumbering::assignNumbers() {
     }
     size_ += inBlock;
     if (size_ >= none) throw std::length_error("more nodes of roads than can be numbered");
-    places_[block.key] = i;
   }
 }
 
-std::size_t IdNumbering::makeBlock(std::uint64_t key) {
-  auto const [place, isNew] = places_.try_emplace(key, blocks_.size());
+IdNumbering::Place IdNumbering::makeBlock(std::uint64_t key) {
+  auto const [place, isNew] = places_.try_emplace(key, static_cast<Place>(blocks_.size()));
   if (isNew) blocks_.push_back({key});
   return place->second;
 }

@@ -22,6 +22,7 @@ class IdNumbering {
  public:
   using Id = std::int64_t;
   using Number = std::uint32_t;
+  using Place = std::uint32_t;
   static constexpr Number none = std::numeric_limits<Number>::max();
 
  private:
@@ -52,16 +53,20 @@ class IdNumbering {
   };
 
  public:
-  /// Puts an id into the set.
-  void add(Id id) {
+  /// Puts an id into the set. Returns where it stands, for `numberAt`.
+  Place add(Id id) {
     std::uint64_t const key = keyOf(id);
     if (blocks_.empty() || blocks_[last_].key != key) last_ = makeBlock(key);
     blocks_[last_].bits[wordOf(id)] |= bitOf(id);
+    return last_;
   }
 
   /// Gives the numbers; nothing can be added any more. Throws std::length_error for more than some
   /// four thousand million ids.
   void assignNumbers();
+
+  /// The number of an id that was added, by what `add` returned: without looking it up.
+  Number numberAt(Place place, Id id) const noexcept { return blocks_[place].numberOf(id); }
 
   /// How many ids have numbers.
   std::size_t size() const noexcept { return size_; }
@@ -89,7 +94,8 @@ class IdNumbering {
   /// Calls `action` with each id, in the order of their numbers.
   template <class Action>
   void forEach(Action const& action) const {
-    for (Block const& block : blocks_) {
+    for (Place const place : order_) {
+      Block const& block = blocks_[place];
       for (std::size_t word = 0; word < block.bits.size(); ++word) {
         for (std::uint64_t bits = block.bits[word]; bits != 0; bits &= bits - 1) {
           auto const bit = static_cast<std::uint64_t>(std::countr_zero(bits));
@@ -100,15 +106,16 @@ class IdNumbering {
   }
 
  private:
-  std::size_t makeBlock(std::uint64_t key);
+  Place makeBlock(std::uint64_t key);
   Block const* findBlock(std::uint64_t key) const noexcept {
     auto const found = places_.find(key);
     return found == places_.end() ? nullptr : &blocks_[found->second];
   }
 
-  std::vector<Block> blocks_;
-  support::ModelIdMap<std::size_t> places_;  // of blocks by their keys
-  std::size_t last_ = 0;                     // the block of the last id
+  std::vector<Block> blocks_;          // in the order in which they came
+  support::ModelIdMap<Place> places_;  // of blocks, by their keys
+  std::vector<Place> order_;           // of their keys, once there are numbers
+  Place last_ = 0;                     // the block of the last id
   std::size_t size_ = 0;
 };
 

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <deque>
 
 #include "support/IdMap.hpp"
 
@@ -27,7 +27,7 @@ class SeenIds {
   std::size_t size() const noexcept { return index_.empty() ? list_.size() : index_.size(); }
 
  private:
-  std::vector<std::int64_t> list_;
+  std::deque<std::int64_t> list_;
   support::IdSet index_;  // empty as long as the ids ascend
 };
 

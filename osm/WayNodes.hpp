@@ -26,11 +26,10 @@ class WayNodes {
   };
 
   WayNodes() = default;
-  /// Of these nodes, all of them without a position yet, and with room for `references`.
-  WayNodes(IdNumbering ids, std::size_t references)
-      : ids_(std::move(ids)), positions_(ids_.size()) {
-    references_.reserve(references);
-  }
+  /// Of these nodes, all of them without a position yet. `references` are the numbers of the
+  /// references of all ways, in the order of the ways in their table.
+  WayNodes(IdNumbering ids, std::vector<Number> references)
+      : ids_(std::move(ids)), positions_(ids_.size()), references_(std::move(references)) {}
 
   /// How many numbers there are.
   std::size_t size() const noexcept { return positions_.size(); }
@@ -42,11 +41,10 @@ class WayNodes {
     if (!has(number)) positions_[number] = position;
   }
 
-  /// The numbers of a way's references, which are added in the order of the ways in their table.
+  /// The numbers of a way's references.
   std::span<Number const> numbersOf(Way const& way) const noexcept {
     return std::span(references_).subspan(way.firstReference, way.nodeReferences.size());
   }
-  void addReference(Number number) { references_.push_back(number); }
 
   /// The position of the node with this id; null when no way refers to it, or the file lacks it.
   Position const* find(Id id) const noexcept {
@@ -64,7 +62,7 @@ class WayNodes {
  private:
   IdNumbering ids_;
   std::vector<Position> positions_;
-  std::vector<Number> references_;  // of all ways, one after the other
+  std::vector<Number> references_;
 };
 
 }  // namespace OpenStreetMap

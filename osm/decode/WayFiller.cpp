@@ -15,8 +15,9 @@ void WayFiller::storeWay(Id id) {
   bool const isKept =
       std::any_of(tags().begin(), tags().end(), [&](Tag const& tag) { return tag.key == wayKey_; });
   if (!isKept) return;
-  ways_.insert({id, Tags(storage().keep(tags())), storage().keep(references()), references_});
-  references_ += references().size();
+  ways_.insert(
+      {id, Tags(storage().keep(tags())), storage().keep(references()), references_.size()});
+  for (Id const reference : references()) references_.push_back(ids_.add(reference));
 }
 
 void WayFiller::storeRelation(Id id) {
@@ -24,16 +25,16 @@ void WayFiller::storeRelation(Id id) {
 }
 
 WayNodes WayFiller::takeNodes() {
-  IdNumbering ids;
+  ids_.assignNumbers();
+  auto reference = references_.begin();
   for (Way const& way : ways_) {
-    for (Id const id : way.nodeReferences) ids.add(id);
+    for (Id const id : way.nodeReferences) {
+      *reference = ids_.numberAt(*reference, id);
+      ++reference;
+    }
   }
-  ids.assignNumbers();
-  WayNodes result(std::move(ids), references_);
+  WayNodes result(std::move(ids_), std::move(references_));
   auto find = result.finder();
-  for (Way const& way : ways_) {
-    for (Id const id : way.nodeReferences) result.addReference(find(id));
-  }
   forEachFirstNode([&](Id id, double latitude, double longitude) {
     ++counts_.nodes;
     extend({latitude, longitude});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "osm/PackedNodes.hpp"
 #include "osm/SeenIds.hpp"
@@ -45,7 +46,9 @@ class WayFiller final : public ElementSink {
   SeenIds wayIds_;
   SeenIds relationIds_;
   ElementCounts counts_;
-  std::size_t references_ = 0;  // of all ways that are kept
+  IdNumbering ids_;  // of the references of all ways that are kept
+  // Of each of these references: its place, until there are numbers.
+  std::vector<IdNumbering::Place> references_;
 };
 
 }  // namespace OpenStreetMap
