@@ -70,8 +70,8 @@ class RoadImpl : public kb::zero::ModelElementImpl {
     return {const_cast<RoadImpl*>(this), roadSegmentsProperty(), roadSegments_};
   }
 
-  /// Its place in the list of roads of its network, which changes when roads are destroyed; anything
-  /// for a road without a network.
+  /// Its place in the list of roads of its network, which changes when roads are destroyed. Without
+  /// a network it means nothing.
   std::size_t getNetworkSlot() const noexcept { return networkSlot_; }
 
   static kb::zero::meta::Property const& startNodeProperty();
