@@ -60,7 +60,7 @@ bool JoinedName::standsAcrossSeam(Units const& text) const {
 
 void JoinedName::makeIndexIfLong() {
   if (index_ || units_.size() <= longName) return;
-  index_.emplace();
+  index_ = Index{{}, {}, 0};
   for (char16_t const unit : units_) index_->behind.append(unit);
 }
 

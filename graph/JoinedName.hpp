@@ -30,7 +30,7 @@ class JoinedName {
   struct Index {
     SuffixAutomaton behind;  // of the units from the seam on
     SuffixAutomaton before;  // of those before the seam, from back to front
-    std::size_t seam = 0;    // how many there are before it
+    std::size_t seam;        // how many there are before it
   };
 
   bool contains(Units const& text) const;
