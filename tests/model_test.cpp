@@ -401,7 +401,7 @@ TEST(ModelReferences, AreKeptInOrderWhateverTheirNumber) {
   std::vector<Part> parts;
   for (int i = 0; i < 150; ++i) parts.emplace_back(new PartImpl('p'));
   std::mt19937 random(1);
-  for (std::size_t const longest : {2, 6, 40, 150}) {
+  for (std::size_t const longest : {2U, 6U, 40U, 150U}) {
     ReferenceList list;
     std::vector<std::pair<PartImpl*, bool>> expected;
     for (int step = 0; step < 3000; ++step) {

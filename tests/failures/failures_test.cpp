@@ -175,7 +175,7 @@ TEST(ModelFailures, LeaveARoadAtItsNodes) {
   auto const model = kb::zero::Model::create();
   auto const network = RoadNetwork::create(model, {});
   network->addNodes({1, 2}, {u"", u""}, std::vector<double>(6));
-  for (unsigned long const node : {1, 1, 2}) {  // for one more each, the lists need memory
+  for (unsigned long const node : {1U, 1U, 2U}) {  // for one more each, the lists need memory
     auto const road = Road::create(model, {});
     road->setStartNode(network->getNodes()[node]);
     road->setEndNode(network->getNodes()[node]);
