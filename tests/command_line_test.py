@@ -84,14 +84,16 @@ class CommandLine(unittest.TestCase):
         process = subprocess.Popen([PROGRAM, EXAMPLE, *arguments, "-r", pipe], cwd=self.folder,
                                    stderr=subprocess.PIPE, **options)
         self.assertTrue(select.select([report], [], [], 60)[0])
-        yield process
-        while process.poll() is None:
-            with contextlib.suppress(BlockingIOError):
-                os.read(report, 4096)
-            time.sleep(0.001)
-        process.message = process.communicate()[1].decode()
-        os.close(report)
-        pipe.unlink()
+        try:
+            yield process
+        finally:
+            while process.poll() is None:
+                with contextlib.suppress(BlockingIOError):
+                    os.read(report, 4096)
+                time.sleep(0.001)
+            process.message = process.communicate()[1].decode()
+            os.close(report)
+            pipe.unlink()
 
     def test_wrong_arguments_are_refused_before_anything_is_opened(self):
         for arguments in ([], ["a.osm", "b.osm"], [EXAMPLE, "--nonsense"], [EXAMPLE, "-o"],
