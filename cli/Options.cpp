@@ -77,7 +77,10 @@ int print(std::string const& text) {
 
 }  // namespace
 
-Options::Options() : threads(std::max(std::thread::hardware_concurrency(), 1U)) {}
+// Unpacking is no longer what takes the time on more threads than that, and each has its buffers.
+constexpr unsigned usefulThreads = 16;
+
+Options::Options() : threads(std::clamp(std::thread::hardware_concurrency(), 1U, usefulThreads)) {}
 
 std::optional<Options> parseOptions(int argc, char const* const* argv, int& exitCode) {
   Options options;
@@ -105,7 +108,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
       ->type_name("FILE");
   app.add_flag("--overwrite", options.overwrite, "replace existing outputs");
   app.add_option("--threads", options.threads,
-                 "decode PBF on so many threads; default: one a processor; all give the same")
+                 "unpack PBF files on so many threads; default: one a processor, 16 at most")
       ->check(CLI::Range(1, 1024))
       ->type_name("N");
   app.add_flag("-q,--quiet", options.quiet, "no summary and no progress");

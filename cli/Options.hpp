@@ -13,7 +13,7 @@ struct Options {
   std::optional<std::string> report;  ///< "-" is standard output
   bool overwrite = false;
   bool quiet = false;
-  unsigned threads;  ///< that decode PBF files
+  unsigned threads;  ///< that unpack PBF files
 
   Options();
 };

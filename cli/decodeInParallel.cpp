@@ -3,6 +3,9 @@
 #include <tbb/global_control.h>
 #include <tbb/parallel_pipeline.h>
 #include <tbb/task_arena.h>
+#include <tbb/task_scheduler_observer.h>
+
+#include <csignal>
 
 #include <cstddef>
 #include <stdexcept>
@@ -16,6 +19,22 @@ using OpenStreetMap::PbfFile;
 using Blob = PbfFile::Blob;
 
 namespace {
+
+// Signals are the main thread's: where it keeps them waiting, no other may take them. The workers
+// stay, asleep, when the file is read.
+class SignalsToMainThread final : public tbb::task_scheduler_observer {
+ public:
+  explicit SignalsToMainThread(tbb::task_arena& arena) : tbb::task_scheduler_observer(arena) {
+    observe(true);
+  }
+  ~SignalsToMainThread() override { observe(false); }
+
+  void on_scheduler_entry(bool isWorker) override {
+    sigset_t all;
+    sigfillset(&all);
+    if (isWorker) ::pthread_sigmask(SIG_BLOCK, &all, nullptr);
+  }
+};
 
 void run(PbfFile& file, unsigned threads) {
   // The next blob is read while one is decoded, and those between them are unpacked.
@@ -48,6 +67,7 @@ OpenStreetMap::PbfRunner decodeInParallel(unsigned threads) {
   return [threads](PbfFile& file) {
     tbb::global_control const allowed(tbb::global_control::max_allowed_parallelism, threads);
     tbb::task_arena arena(static_cast<int>(threads));
+    SignalsToMainThread const observer(arena);
     try {
       arena.execute([&] { run(file, threads); });
     } catch (std::runtime_error const& error) {  // a blob throws DecodeError

@@ -5,6 +5,7 @@
 #include <mimalloc.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <string_view>
 
@@ -21,6 +22,8 @@ void say(std::string_view text) noexcept {
 // Must not allocate.
 void end(int error, void* message) {
   if (error != ENOMEM && error != EOVERFLOW) return;
+  static std::atomic_flag isEnding;
+  while (isEnding.test_and_set()) ::pause();  // another thread is at it
   Temporary::removeAll();
   if (::isatty(STDERR_FILENO) == 1) say("\r\033[K");  // there may be a ProgressLine
   say(*static_cast<std::string const*>(message));

@@ -20,7 +20,7 @@ void IdNumbering::assignNumbers() {
       inBlock += static_cast<std::size_t>(std::popcount(block.bits[word]));
     }
     size_ += inBlock;
-    if (size_ >= none) throw std::length_error("more nodes of roads than can be numbered");
+    if (size_ >= none) throw std::length_error("more nodes than can be numbered");
   }
 }
 

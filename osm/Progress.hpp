@@ -6,7 +6,8 @@
 
 namespace OpenStreetMap {
 
-/// Called now and then while the file is read.
+/// Called now and then while the file is read: one call at a time, but with a PbfRunner of many
+/// threads on any of them.
 using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t fileSize)>;
 
 }  // namespace OpenStreetMap

@@ -1,5 +1,8 @@
 #include "osm/Reader.hpp"
 
+#include <stdexcept>
+#include <string>
+
 #include "osm/ReadError.hpp"
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/FileSource.hpp"
@@ -40,6 +43,10 @@ void Reader::readFile() {
     std::string const name = file_->name;
     clear();
     throw ReadError(name, error.place, error.reason);
+  } catch (std::length_error const& error) {  // more elements than a table can hold
+    std::string const name = file_->name;
+    clear();
+    throw ReadError(name, "", error.what());
   } catch (...) {
     clear();
     throw;

@@ -22,8 +22,9 @@ class ElementSink;
 
 /// One file: OSM XML or PBF, plain or in gzip or bzip2, told apart by content.
 ///
-/// The first `populate` reads the whole file in one pass on the caller's thread and fills all three
-/// tables; every later one returns at once. Not stored are elements with visible="false" or
+/// The first `populate` reads the whole file in one pass and fills the three tables, or what a
+/// selection asks for; every later one returns at once. All of it happens on the caller's thread,
+/// unless `setPbfRunner` says otherwise. Not stored are elements with visible="false" or
 /// action="delete", and nodes without a position. Of two elements of a kind with one id the first
 /// stays, but where a newer version stands right after an older one, the file is refused: it would
 /// give an old map. Of two tags with one key the first stays.
@@ -56,9 +57,10 @@ class Reader {
 
   void setProgress(Progress progress) { progress_ = std::move(progress); }
 
-  /// Fills this reader's own tables; `table` is one of them. Pointers to records stay valid. Throws
-  /// ReadError when the file is not what it should be, std::bad_alloc when memory runs out: then
-  /// the tables are empty and the file is closed, and the reader can be given another one.
+  /// Fills this reader's own tables, as far as they are selected; `table` is one of them. Pointers
+  /// to records stay valid. Throws ReadError when the file is not what it should be, std::bad_alloc
+  /// when memory runs out: then the tables are empty and the file is closed, and the reader can be
+  /// given another one.
   void populate(NodeTable& /*table*/) { readOnce(); }
   void populate(WayTable& /*table*/) { readOnce(); }
   void populate(RelationTable& /*table*/) { readOnce(); }

@@ -10,6 +10,7 @@
 
 #include "osm/IdNumbering.hpp"
 #include "osm/records.hpp"
+#include "support/lookup.hpp"
 
 namespace OpenStreetMap {
 
@@ -41,8 +42,12 @@ class WayNodes {
     if (!has(number)) positions_[number] = position;
   }
 
-  /// The numbers of a way's references.
-  std::span<Number const> numbersOf(Way const& way) const noexcept {
+  /// The numbers of a way's references. Throws std::out_of_range("_Map_base::at") for a way that is
+  /// not of this selection.
+  std::span<Number const> numbersOf(Way const& way) const {
+    if (way.firstReference + way.nodeReferences.size() > references_.size()) {
+      support::throwMissing();
+    }
     return std::span(references_).subspan(way.firstReference, way.nodeReferences.size());
   }
 

@@ -37,7 +37,8 @@ struct Way {
   Id id;
   Tags tags;
   std::span<Id const> nodeReferences;  ///< in file order; ids may repeat
-  std::size_t firstReference = 0;      ///< how many references the ways before it in its table have
+  /// How many references the ways before it in its table have, where only a selection is kept.
+  std::size_t firstReference = 0;
 };
 
 struct Node {

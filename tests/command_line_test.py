@@ -18,6 +18,7 @@ import unittest
 
 PROGRAM = sys.argv.pop(1)
 EXAMPLE = pathlib.Path(__file__).resolve().parent.parent / "examples" / "harbour-town.osm"
+EXTRACT = EXAMPLE.parents[2] / "shared" / "data" / "extracts" / "columbus.osm.pbf"
 MAKE_FILE = EXAMPLE.parent.parent / "bench" / "make_file.py"
 ENDINGS = ["json", "geojson", "geojsonl", "gpkg", "fgb", "gmns", "graphml"]
 STREAMS = ["json", "geojson", "geojsonl", "graphml"]  # what can go to standard output
@@ -166,6 +167,19 @@ class CommandLine(unittest.TestCase):
                                (b"\xff.osm", "UTF-8")):
             with self.subTest(source=source):
                 self.assert_fails(self.run_on(source), 1, reason)
+
+    def test_threads_make_no_difference(self):
+        """Neither to a network nor to what is said of a file that is damaged or cut short."""
+        if not EXTRACT.exists():
+            self.skipTest(f"there is no {EXTRACT}")
+        whole = EXTRACT.read_bytes()
+        middle = len(whole) // 2
+        outcomes = set()
+        for content in (whole, whole[:-1], whole[:middle] + b"?" + whole[middle + 1:-1]):
+            (self.folder / "in.pbf").write_bytes(content)
+            done = [self.run_on("in.pbf", "-o", "-", "--threads", str(n)) for n in (1, 2, 9)]
+            outcomes |= {(d.returncode, d.stdout, d.stderr) for d in done}
+        self.assertEqual(sorted(code for code, _, _ in outcomes), [0, 1, 1])
 
     def test_outputs_that_cannot_be_written(self):
         (self.folder / "dangling").symlink_to("nothing")
