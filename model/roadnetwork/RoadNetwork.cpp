@@ -82,8 +82,7 @@ void RoadNetworkImpl::addNodes(std::vector<ModelId> const& ids,
     if (nodes_.contains(ids[i])) return;
     Node const node =
         makeNode(ids[i], {positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]});
-    node->setName(names[i]);
-    takeIn(node);
+    takeIn(node, &names[i]);
   };
   if (std::is_sorted(ids.begin(), ids.end())) {
     for (std::size_t i = 0; i < ids.size(); ++i) add(i);
@@ -100,7 +99,7 @@ void RoadNetworkImpl::addNodes(std::vector<ModelId> const& ids,
 Node RoadNetworkImpl::addNode(ModelId id, std::array<double, 3> const& position) {
   if (nodes_.contains(id)) return nodes_[id];
   Node const node = makeNode(id, position);
-  takeIn(node);
+  takeIn(node, nullptr);
   return node;
 }
 
@@ -112,8 +111,14 @@ Node RoadNetworkImpl::makeNode(ModelId id, std::array<double, 3> const& position
   return node;
 }
 
-void RoadNetworkImpl::takeIn(Node const& node) {
-  nodes_.insert(node->id_, node);
+void RoadNetworkImpl::takeIn(Node const& node, std::u16string const* name) {
+  try {
+    if (name != nullptr) node->setName(*name);
+    nodes_.insert(node->id_, node);
+  } catch (...) {  // or the model would keep a Node that is in no network
+    node->destroy();
+    throw;
+  }
   node->network_ = this;
 }
 

@@ -69,7 +69,7 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
   friend class RoadImpl;
 
   Node makeNode(support::ModelId id, std::array<double, 3> const& position) const;
-  void takeIn(Node const& node);
+  void takeIn(Node const& node, std::u16string const* name);
   void removeNode(NodeImpl& node) noexcept;
   void removeRoad(RoadImpl& road) noexcept;
 

@@ -1,6 +1,7 @@
 #include "model/zero/Model.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 #include "model/zero/ModelElement.hpp"
@@ -15,18 +16,20 @@ ModelImpl::~ModelImpl() {
   // An element that goes may end others, in any slab, so the slabs themselves go last. What refers
   // to an element that is gone, mostly goes too: only what handles keep has to forget it.
   isGoing_ = true;
+  for (Slabs& slabs : slabs_) {
+    for (Slab& slab : slabs) slabsByAddress_.insert(slab);
+  }
   forEach([](ModelElementImpl& element) { element.leaveModel(); });
   forEach([this](ModelElementImpl& element) { element.forgetGone(*this); });
+  slabsByAddress_.clear();
   for (Slabs& slabs : slabs_) slabs.clear_and_dispose([](Slab* slab) { slab->giveUp(); });
 }
 
 bool ModelImpl::isGone(ModelElementImpl const& element) const noexcept {
-  for (Slabs const& slabs : slabs_) {
-    for (Slab const& slab : slabs) {
-      if (slab.covers(element)) return !slab.holds(element);
-    }
-  }
-  return false;
+  auto const next = slabsByAddress_.upper_bound(element, std::less<>());
+  if (next == slabsByAddress_.begin()) return false;
+  Slab const& slab = *std::prev(next);
+  return slab.covers(element) && !slab.holds(element);
 }
 
 Slab& ModelImpl::addSlab(std::size_t elementSize) {

@@ -58,6 +58,7 @@ class ModelImpl final : public ElementImpl {
   void hasRoom(internal::Slab& slab) noexcept;
 
   std::array<Slabs, largestElement / granularity + 1> slabs_;  // by the size of their elements
+  boost::intrusive::set<internal::Slab> slabsByAddress_;       // while the model goes
   std::size_t size_ = 0;
   bool isGoing_ = false;  // in its destructor
 };

@@ -194,6 +194,7 @@ void ReferenceList::removeGone(ModelImpl const& model) noexcept {
     return;
   }
   for (std::size_t i = size(); i-- > 0;) {
+    if (i >= size()) continue;  // what stood there was the same element as the one before
     if (isGone(many()->at(i))) many()->remove(*elementOf(many()->at(i)));
   }
 }

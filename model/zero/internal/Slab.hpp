@@ -2,8 +2,10 @@
 #pragma once
 
 #include <boost/intrusive/list.hpp>
+#include <boost/intrusive/set.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 namespace kb::zero {
 class ModelElementImpl;
@@ -17,7 +19,7 @@ namespace kb::zero::internal {
 /// the same for all of them is kept here once.
 ///
 /// It goes when its model has given it up and its last element is gone, whichever comes last.
-class Slab : public boost::intrusive::list_base_hook<> {
+class Slab : public boost::intrusive::list_base_hook<>, public boost::intrusive::set_base_hook<> {
  public:
   static constexpr unsigned smallest = 12;  // a power of two: 4 KiB
   static constexpr unsigned largest = 21;   // 2 MiB, for which the system can use a huge page
@@ -45,6 +47,14 @@ class Slab : public boost::intrusive::list_base_hook<> {
 
   /// The slab goes, now or with its last element. It must be in no list of the model's.
   void giveUp() noexcept;
+
+  /// The order of addresses.
+  friend bool operator<(Slab const& a, Slab const& b) noexcept {
+    return std::less<>()(static_cast<void const*>(&a), static_cast<void const*>(&b));
+  }
+  friend bool operator<(ModelElementImpl const& element, Slab const& slab) noexcept {
+    return std::less<>()(static_cast<void const*>(&element), static_cast<void const*>(&slab));
+  }
 
   /// Whether `element` lies, or has lain, in this slab.
   bool covers(ModelElementImpl const& element) const noexcept {
