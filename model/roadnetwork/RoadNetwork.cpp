@@ -98,13 +98,13 @@ void RoadNetworkImpl::addNodes(std::vector<ModelId> const& ids,
 
 Node RoadNetworkImpl::addNode(ModelId id, std::array<double, 3> const& position) {
   if (nodes_.contains(id)) return nodes_[id];
-  Node const node = makeNode(id, position);
+  Node node = makeNode(id, position);
   takeIn(node, nullptr);
   return node;
 }
 
 Node RoadNetworkImpl::makeNode(ModelId id, std::array<double, 3> const& position) const {
-  Node const node = Node::create(getModel(), boost::uuids::uuid{});
+  Node node = Node::create(getModel(), boost::uuids::uuid{});
   node->id_ = id;
   node->position_ = position;
   node->positionSize_ = 3;
