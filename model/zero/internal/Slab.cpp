@@ -45,7 +45,8 @@ Slab::Slab(ModelImpl& model, std::size_t elementSize, unsigned bits) noexcept
   for (std::size_t i = 0; i < words; ++i) freeBits()[i] = ~std::uint64_t{0};
   if (capacity_ % wordBits != 0) freeBits()[words - 1] >>= wordBits - capacity_ % wordBits;
   places_ = reinterpret_cast<std::byte*>(freeBits() + words);
-  // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.UninitializedObject): it takes the bits for members
+  // The analyzer takes the bits for members.
+  // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.UninitializedObject)
   ASAN_POISON_MEMORY_REGION(places_, capacity_ * elementSize);
 }
 
