@@ -8,6 +8,7 @@
 #include <csignal>
 
 #include <cstddef>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -34,6 +35,18 @@ class SignalsToMainThread final : public tbb::task_scheduler_observer {
     sigfillset(&all);
     if (isWorker) ::pthread_sigmask(SIG_BLOCK, &all, nullptr);
   }
+};
+
+// They live as long as the runner: TBB lets go of an observer only when no worker needs it any
+// more.
+struct Workers {
+  explicit Workers(unsigned threads)
+      : allowed(tbb::global_control::max_allowed_parallelism, threads),
+        arena(static_cast<int>(threads)) {}
+
+  tbb::global_control allowed;
+  tbb::task_arena arena;
+  SignalsToMainThread observer{arena};
 };
 
 void run(PbfFile& file, unsigned threads) {
@@ -64,12 +77,9 @@ void run(PbfFile& file, unsigned threads) {
 
 OpenStreetMap::PbfRunner decodeInParallel(unsigned threads) {
   if (threads <= 1) return OpenStreetMap::decodeOneByOne;
-  return [threads](PbfFile& file) {
-    tbb::global_control const allowed(tbb::global_control::max_allowed_parallelism, threads);
-    tbb::task_arena arena(static_cast<int>(threads));
-    SignalsToMainThread const observer(arena);
+  return [workers = std::make_shared<Workers>(threads), threads](PbfFile& file) {
     try {
-      arena.execute([&] { run(file, threads); });
+      workers->arena.execute([&] { run(file, threads); });
     } catch (std::runtime_error const& error) {  // a blob throws DecodeError
       throw OpenStreetMap::DecodeError{"", std::string("--threads: ") + error.what()};
     }
