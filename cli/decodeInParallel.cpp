@@ -1,5 +1,6 @@
 #include "cli/decodeInParallel.hpp"
 
+#include <sys/resource.h>
 #include <tbb/global_control.h>
 #include <tbb/parallel_pipeline.h>
 #include <tbb/task_arena.h>
@@ -49,6 +50,12 @@ struct Workers {
   SignalsToMainThread observer{arena};
 };
 
+// Each thread takes some, and TBB does not bear to get none.
+bool isAddressSpaceLimited() {
+  rlimit limit{};
+  return ::getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
+}
+
 void run(PbfFile& file, unsigned threads) {
   // The next blob is read while one is decoded, and those between them are unpacked.
   std::vector<Blob> blobs(2 * threads);
@@ -76,9 +83,10 @@ void run(PbfFile& file, unsigned threads) {
 }  // namespace
 
 OpenStreetMap::PbfRunner decodeInParallel(unsigned threads) {
-  if (threads <= 1) return OpenStreetMap::decodeOneByOne;
-  return [workers = std::make_shared<Workers>(threads), threads](PbfFile& file) {
+  if (threads <= 1 || isAddressSpaceLimited()) return OpenStreetMap::decodeOneByOne;
+  return [workers = std::shared_ptr<Workers>(), threads](PbfFile& file) mutable {
     try {
+      workers = std::make_shared<Workers>(threads);
       workers->arena.execute([&] { run(file, threads); });
     } catch (std::runtime_error const& error) {  // a blob throws DecodeError
       throw OpenStreetMap::DecodeError{"", std::string("--threads: ") + error.what()};
