@@ -46,14 +46,11 @@ void createNodes(RoadNetworkImporter& importer) {
   ids.reserve(junctions.size());
   names.reserve(junctions.size());
   positions.reserve(3 * junctions.size());
-  WayNodes::Number number = 0;
-  nodes.forEachId([&](Id id) {
-    if (junctions.contains(number)) {
-      ids.push_back(modelId(id));
-      names.push_back(support::decimal(id));
-      positions.insert(positions.end(), {nodes[number].latitude, nodes[number].longitude, 0.0});
-    }
-    ++number;
+  nodes.forEach([&](WayNodes::Number number, Id id) {
+    if (!junctions.contains(number)) return;
+    ids.push_back(modelId(id));
+    names.push_back(support::decimal(id));
+    positions.insert(positions.end(), {nodes[number].latitude, nodes[number].longitude, 0.0});
   });
   importer.roadNetwork->addNodes(ids, names, positions);
 }

@@ -30,13 +30,10 @@ class RoadMaker {
     // Both ascend by the nodes' ids, so no Node has to be looked up.
     auto node = importer.roadNetwork->getNodes().begin();
     auto const end = importer.roadNetwork->getNodes().end();
-    WayNodes::Number number = 0;
-    importer.reader.wayNodes.forEachId([&](Id id) {
-      if (importer.junctionNodeIds.contains(number)) {
-        while (node != end && node->first < modelId(id)) ++node;
-        if (node != end && node->first == modelId(id)) nodes_[number] = node->second;
-      }
-      ++number;
+    importer.reader.wayNodes.forEach([&](WayNodes::Number number, Id id) {
+      if (!importer.junctionNodeIds.contains(number)) return;
+      while (node != end && node->first < modelId(id)) ++node;
+      if (node != end && node->first == modelId(id)) nodes_[number] = node->second;
     });
   }
 

@@ -82,14 +82,6 @@ class ElementTable {
     return *found;
   }
 
-  /// Which of the records, in the order in which they came, has this id. Throws as `at` does.
-  std::uint32_t numberOf(std::int64_t id) const {
-    std::size_t const number = search(id);
-    if (number >= size_) support::throwMissing();
-    return static_cast<std::uint32_t>(number);
-  }
-  Record const& operator[](std::uint32_t number) const noexcept { return record(number); }
-
   /// Stores a record unless its id is taken. Returns the stored record, or null. Throws
   /// std::length_error beyond some four thousand million records, std::bad_alloc.
   Record* insert(Record const& newRecord) {

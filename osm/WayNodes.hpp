@@ -58,10 +58,11 @@ class WayNodes {
   }
   /// Finds the numbers of ids; `none` for an id that no way refers to.
   IdNumbering::Finder finder() const noexcept { return IdNumbering::Finder(ids_); }
-  /// Calls `action` with each id, in the order of their numbers.
+  /// Calls `action(number, id)` for each node, in the order of their numbers.
   template <class Action>
-  void forEachId(Action const& action) const {
-    ids_.forEach(action);
+  void forEach(Action const& action) const {
+    Number number = 0;
+    ids_.forEach([&](Id id) { action(number++, id); });
   }
 
  private:
