@@ -1,94 +1,85 @@
 #include "cli/decodeInParallel.hpp"
 
 #include <sys/resource.h>
-#include <tbb/global_control.h>
-#include <tbb/parallel_pipeline.h>
-#include <tbb/task_arena.h>
-#include <tbb/task_scheduler_observer.h>
 
+#include <boost/asio/packaged_task.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/thread_pool.hpp>
 #include <csignal>
-
 #include <cstddef>
+#include <future>
 #include <memory>
-#include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "osm/decode/DecodeError.hpp"
 #include "osm/decode/PbfFile.hpp"
 
 using OpenStreetMap::PbfFile;
-using Blob = PbfFile::Blob;
 
 namespace {
 
-// Signals are the main thread's: where it keeps them waiting, no other may take them. The workers
-// stay, asleep, when the file is read.
-class SignalsToMainThread final : public tbb::task_scheduler_observer {
+// As long as it lives, threads that start take no signals: those are the main thread's.
+class NoSignals {
  public:
-  explicit SignalsToMainThread(tbb::task_arena& arena) : tbb::task_scheduler_observer(arena) {
-    observe(true);
-  }
-  ~SignalsToMainThread() override { observe(false); }
-
-  void on_scheduler_entry(bool isWorker) override {
+  NoSignals() {
     sigset_t all;
     sigfillset(&all);
-    if (isWorker) ::pthread_sigmask(SIG_BLOCK, &all, nullptr);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before_);
   }
+  NoSignals(NoSignals const&) = delete;
+  NoSignals& operator=(NoSignals const&) = delete;
+  ~NoSignals() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_{};
 };
 
-// They live as long as the runner: TBB lets go of an observer only when no worker needs it any
-// more.
-struct Workers {
-  explicit Workers(unsigned threads)
-      : allowed(tbb::global_control::max_allowed_parallelism, threads),
-        arena(static_cast<int>(threads)) {}
+std::unique_ptr<boost::asio::thread_pool> startWorkers(unsigned count) {
+  NoSignals const inThem;
+  return std::make_unique<boost::asio::thread_pool>(count);
+}
 
-  tbb::global_control allowed;
-  tbb::task_arena arena;
-  SignalsToMainThread observer{arena};
-};
-
-// Each thread takes some, and TBB does not bear to get none.
+// Each thread takes some.
 bool isAddressSpaceLimited() {
   rlimit limit{};
   return ::getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
 }
 
+// This thread reads and decodes; the others unpack the blobs ahead of it.
 void run(PbfFile& file, unsigned threads) {
-  // The next blob is read while one is decoded, and those between them are unpacked.
-  std::vector<Blob> blobs(2 * threads);
-  std::size_t next = 0;
-  auto const read = [&](tbb::flow_control& flow) -> Blob* {
-    // As many are under way at most, and they leave in their order, so this one is free.
-    Blob& blob = blobs[next++ % blobs.size()];
-    if (file.read(blob)) return &blob;
-    flow.stop();
-    return nullptr;
+  struct Ahead {
+    PbfFile::Blob blob;
+    std::future<void> isUnpacked;
   };
-  auto const unpack = [](Blob* blob) {
-    PbfFile::unpack(*blob);
-    return blob;
-  };
-  auto const decode = [&](Blob* blob) { file.decode(*blob); };
-  using tbb::filter_mode;
-  using tbb::make_filter;
-  tbb::parallel_pipeline(blobs.size(),
-                         make_filter<void, Blob*>(filter_mode::serial_in_order, read) &
-                             make_filter<Blob*, Blob*>(filter_mode::parallel, unpack) &
-                             make_filter<Blob*, void>(filter_mode::serial_in_order, decode));
+  std::vector<Ahead> ring(2 * std::size_t{threads});
+  auto const workers = startWorkers(threads - 1);  // end before what they work on
+  std::size_t read = 0;
+  bool isMore = true;
+  for (std::size_t decoded = 0; isMore || decoded < read; ++decoded) {
+    for (; isMore && read < decoded + ring.size(); ++read) {
+      Ahead& next = ring[read % ring.size()];
+      isMore = file.read(next.blob);
+      if (!isMore) break;
+      next.isUnpacked = boost::asio::post(
+          *workers, std::packaged_task<void()>([&blob = next.blob] { PbfFile::unpack(blob); }));
+    }
+    if (decoded == read) return;
+    Ahead& next = ring[decoded % ring.size()];
+    next.isUnpacked.get();
+    file.decode(next.blob);
+  }
 }
 
 }  // namespace
 
 OpenStreetMap::PbfRunner decodeInParallel(unsigned threads) {
   if (threads <= 1 || isAddressSpaceLimited()) return OpenStreetMap::decodeOneByOne;
-  return [workers = std::shared_ptr<Workers>(), threads](PbfFile& file) mutable {
+  return [threads](PbfFile& file) {
     try {
-      workers = std::make_shared<Workers>(threads);
-      workers->arena.execute([&] { run(file, threads); });
-    } catch (std::runtime_error const& error) {  // a blob throws DecodeError
+      run(file, threads);
+    } catch (std::system_error const& error) {  // a blob throws DecodeError
       throw OpenStreetMap::DecodeError{"", std::string("--threads: ") + error.what()};
     }
   };
