@@ -30,22 +30,38 @@ bool standsIn(Units const& text, Iterator first, Iterator last) {
 }  // namespace
 
 void JoinedName::join(JoinedName& other) {
+  if (!units_ && !other.units_ && whole_->size() + other.whole_->size() < longName) {
+    if (whole_->find(*other.whole_) == std::u16string::npos) {
+      whole_ = *whole_ + u'-' + *other.whole_;
+    }
+    return;
+  }
+  makeUnits();
+  other.makeUnits();
   makeIndexIfLong();
-  if (contains(other.units_)) return;
-  if (other.units_.size() <= units_.size()) {
-    other.units_.push_front(u'-');
-    append(other.units_);
+  if (contains(*other.units_)) return;
+  if (other.units_->size() <= units_->size()) {
+    other.units_->push_front(u'-');
+    append(*other.units_);
   } else {
-    units_.push_back(u'-');
-    other.prepend(units_);
+    units_->push_back(u'-');
+    other.prepend(*units_);
     std::swap(*this, other);
   }
 }
 
+kb::zero::SharedText JoinedName::text() const {
+  return units_ ? std::u16string(units_->begin(), units_->end()) : whole_;
+}
+
+void JoinedName::makeUnits() {
+  if (!units_) units_.emplace(whole_->begin(), whole_->end());
+}
+
 bool JoinedName::contains(Units const& text) const {
   if (text.empty()) return true;
-  if (text.size() > units_.size()) return false;
-  if (!index_) return standsIn(text, units_.begin(), units_.end());
+  if (text.size() > units_->size()) return false;
+  if (!index_) return standsIn(text, units_->begin(), units_->end());
   return index_->behind.contains(text.begin(), text.end()) ||
          index_->before.contains(text.rbegin(), text.rend()) || standsAcrossSeam(text);
 }
@@ -53,25 +69,25 @@ bool JoinedName::contains(Units const& text) const {
 bool JoinedName::standsAcrossSeam(Units const& text) const {
   std::size_t const reach = text.size() - 1;
   std::size_t const first = index_->seam - std::min(index_->seam, reach);
-  std::size_t const last = std::min(index_->seam + reach, units_.size());
-  auto const at = [&](std::size_t i) { return units_.begin() + static_cast<std::ptrdiff_t>(i); };
+  std::size_t const last = std::min(index_->seam + reach, units_->size());
+  auto const at = [&](std::size_t i) { return units_->begin() + static_cast<std::ptrdiff_t>(i); };
   return standsIn(text, at(first), at(last));
 }
 
 void JoinedName::makeIndexIfLong() {
-  if (index_ || units_.size() <= longName) return;
+  if (index_ || units_->size() <= longName) return;
   index_ = Index{{}, {}, 0};
-  for (char16_t const unit : units_) index_->behind.append(unit);
+  for (char16_t const unit : *units_) index_->behind.append(unit);
 }
 
 void JoinedName::append(Units const& text) {
-  units_.insert(units_.end(), text.begin(), text.end());
+  units_->insert(units_->end(), text.begin(), text.end());
   if (!index_) return;
   for (char16_t const unit : text) index_->behind.append(unit);
 }
 
 void JoinedName::prepend(Units const& text) {
-  units_.insert(units_.begin(), text.begin(), text.end());
+  units_->insert(units_->begin(), text.begin(), text.end());
   if (!index_) return;
   for (auto unit = text.rbegin(); unit != text.rend(); ++unit) index_->before.append(*unit);
   index_->seam += text.size();

@@ -5,9 +5,10 @@
 #include <deque>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <utility>
 
 #include "graph/SuffixAutomaton.hpp"
+#include "model/zero/SharedText.hpp"
 
 /// Grows by the names of roads that are joined to it. Where thousands are, searching the name and
 /// copying it would take time with their square. So of two names the shorter is put to the longer,
@@ -15,13 +16,13 @@
 /// proportion to n log n.
 class JoinedName {
  public:
-  explicit JoinedName(std::u16string_view name) : units_(name.begin(), name.end()) {}
+  explicit JoinedName(kb::zero::SharedText name) noexcept : whole_(std::move(name)) {}
 
   /// Puts a hyphen and `other` behind this name, unless `other` occurs in it somewhere. An empty
   /// name always does. Leaves `other` with any value.
   void join(JoinedName& other);
 
-  std::u16string text() const { return {units_.begin(), units_.end()}; }
+  kb::zero::SharedText text() const;
 
  private:
   using Units = std::deque<char16_t>;
@@ -39,6 +40,9 @@ class JoinedName {
   void append(Units const& text);
   void prepend(Units const& text);
 
-  Units units_;
-  std::optional<Index> index_;  // of a long name
+  void makeUnits();
+
+  kb::zero::SharedText whole_;  // of a short name
+  std::optional<Units> units_;  // of any other
+  std::optional<Index> index_;  // of the units of a long name
 };

@@ -3,15 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "graph/JoinedName.hpp"
 #include "importer/RoadNetworkImporter.hpp"
+#include "importer/walk.hpp"
+#include "support/IdMap.hpp"
 #include "support/ModelId.hpp"
 
 using support::ModelId;
@@ -33,9 +35,9 @@ bool isPassThrough(RoadNetwork const& network, Node const& node) {
 std::vector<Node> collectCandidates(RoadNetwork const& network) {
   std::vector<Node> candidates;
   candidates.reserve(network->getNodes().size());
-  for (auto const& [id, node] : network->getNodes()) {
+  forEachNode(*network.get(), [&](Node const& node) {
     if (isPassThrough(network, node)) candidates.push_back(node);
-  }
+  });
   return candidates;
 }
 
@@ -180,14 +182,16 @@ class ChainPlan {
   static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
   std::array<RoadEnd, 2> collectRoadEnds(Node const& node) {
-    std::vector<RoadEnd> ends;
-    for (Road const& road : node->getIncomingRoads()) ends.push_back({numberOf(road), end});
-    for (Road const& road : node->getOutgoingRoads()) ends.push_back({numberOf(road), start});
-    return {ends.at(0), ends.at(1)};
+    std::array<RoadEnd, 2> ends{};
+    auto next = ends.begin();
+    for (Road const& road : node->getIncomingRoads()) *next++ = {numberOf(road), end};
+    for (Road const& road : node->getOutgoingRoads()) *next++ = {numberOf(road), start};
+    return ends;
   }
 
   std::size_t numberOf(Road const& road) {
-    auto const [entry, isNew] = numbers_.try_emplace(road.get(), roads_.size());
+    auto const address = reinterpret_cast<std::uintptr_t>(road.get());
+    auto const [entry, isNew] = numbers_.try_emplace(address, roads_.size());
     if (isNew) {
       std::size_t const number = roads_.size();
       roads_.push_back(road);
@@ -196,7 +200,7 @@ class ChainPlan {
       chains_.push_back({road->getWeight(), {}, {{{{number, start}}, {{number, end}}}}});
       joins_.push_back({{{{none, start}, false}, {{none, start}, false}}});
     }
-    return entry->second;
+    return entry.value();
   }
 
   // The number of the road's chain: the root of the road's tree, which shrinks on the way.
@@ -208,7 +212,7 @@ class ChainPlan {
 
   JoinedName& nameOf(std::size_t chain) {
     std::optional<JoinedName>& name = chains_[chain].name;
-    if (!name) name.emplace(roads_[chain]->getName());
+    if (!name) name.emplace(roads_[chain]->shareName());
     return *name;
   }
 
@@ -239,6 +243,9 @@ class ChainPlan {
   std::vector<double> joinLines(std::vector<Piece> const& pieces,
                                 Sequence const& (RoadImpl::*centers)() const) const {
     std::vector<double> line;
+    std::size_t points = 0;
+    for (Piece const& piece : pieces) points += (roads_[piece.road].get()->*centers)().size();
+    line.reserve(points);
     for (Piece const& piece : pieces) {
       Sequence const& own = (roads_[piece.road].get()->*centers)();
       auto const& joins = joins_[piece.road];
@@ -271,7 +278,7 @@ class ChainPlan {
   }
 
   RoadNetworkImporter& importer_;
-  std::unordered_map<RoadImpl const*, std::size_t> numbers_;
+  support::ModelIdMap<std::size_t> numbers_;  // by the road's address
   // By road number:
   std::vector<Road> roads_;
   // The way that the road was cut from; none for one that was in the network before.

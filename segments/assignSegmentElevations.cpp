@@ -1,14 +1,20 @@
 #include "segments/assignSegmentElevations.hpp"
 
+#include <bit>
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
+#include "importer/walk.hpp"
 #include "segments/ConstantSequences.hpp"
 #include "segments/elevationProfile.hpp"
 #include "support/lookup.hpp"
 #include "tags/layer.hpp"
 
+using velora::roadnetwork::Node;
+using velora::roadnetwork::Road;
 using velora::roadnetwork::RoadSegment;
 
 namespace {
@@ -16,16 +22,21 @@ namespace {
 // By road id; none for a road that was absorbed by another.
 class RoadElevations {
  public:
-  explicit RoadElevations(RoadWayIds::RoadId maxRoadId) : elevations_(maxRoadId + 1) {}
+  explicit RoadElevations(RoadWayIds::RoadId maxRoadId)
+      : isKnown_(maxRoadId + 1), elevations_(maxRoadId + 1) {}
 
-  void set(RoadWayIds::RoadId road, double elevation) { elevations_[road] = elevation; }
+  void set(RoadWayIds::RoadId road, double elevation) {
+    isKnown_[road] = true;
+    elevations_[road] = elevation;
+  }
   double at(RoadWayIds::RoadId road) const {
-    if (road >= elevations_.size() || !elevations_[road]) support::throwMissing();
-    return *elevations_[road];
+    if (road >= isKnown_.size() || !isKnown_[road]) support::throwMissing();
+    return elevations_[road];
   }
 
  private:
-  std::vector<std::optional<double>> elevations_;
+  std::vector<bool> isKnown_;
+  std::vector<double> elevations_;
 };
 
 RoadElevations computeRoadElevations(RoadNetworkImporter& importer) {
@@ -53,8 +64,8 @@ RoadElevations computeRoadElevations(RoadNetworkImporter& importer) {
 
 void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& roadElevations) {
   std::vector<double> position;
-  for (auto const& [id, node] : importer.roadNetwork->getNodes()) {
-    if (!node->hasPosition()) continue;
+  forEachNode(*importer.roadNetwork.get(), [&](Node const& node) {
+    if (!node->hasPosition()) return;
     double sum = 0.0;
     std::size_t count = 0;
     for (auto const& roads : {node->getIncomingRoads(), node->getOutgoingRoads()}) {
@@ -66,12 +77,12 @@ void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& r
     position.assign(node->getPosition().begin(), node->getPosition().end());
     position[2] = sum / static_cast<double>(count);  // NaN for a Node without roads
     node->setPosition(position);
-  }
+  });
 }
 
 void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadElevations) {
-  ConstantSequences constants;
-  for (auto const& road : importer.roadNetwork->getRoads()) {
+  std::map<std::uint64_t, ConstantSequences> levels;  // by the bits of the elevation
+  forEachRoad(*importer.roadNetwork.get(), [&](Road const& road) {
     double const onRoad = roadElevations.at(road->getID());
     double const atStart = road->getStartNode()->getElevation();
     double const atEnd = road->getEndNode()->getElevation();
@@ -80,10 +91,11 @@ void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadEle
     bool const isLevel = onRoad == atStart && onRoad == atEnd;
     segment->setGeometry(
         segment->getCentersX(), segment->getCentersY(),
-        isLevel ? constants.of(n, onRoad)
-                : ConstantSequences::Sequence(elevationProfile(n, atStart, onRoad, atEnd)),
+        isLevel
+            ? levels.try_emplace(std::bit_cast<std::uint64_t>(onRoad), onRoad).first->second.of(n)
+            : ConstantSequences::Sequence(elevationProfile(n, atStart, onRoad, atEnd)),
         segment->getBankingAngles(), segment->getHeadings());
-  }
+  });
 }
 
 }  // namespace

@@ -5,13 +5,16 @@
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
+#include "importer/walk.hpp"
 #include "segments/ConstantSequences.hpp"
 #include "support/lookup.hpp"
 
 using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
+using velora::roadnetwork::RoadImpl;
 using velora::roadnetwork::RoadSegment;
 using velora::roadnetwork::RoadSegmentNode;
+using velora::roadnetwork::RoadSegmentNodeImpl;
 
 namespace {
 
@@ -31,19 +34,21 @@ std::vector<Ends> createSegmentNodes(RoadNetworkImporter& importer) {
     // A host may have a road at a Node of the network that is not in the network itself.
     if (slot < roads.size() && roads[slot] == road) ends[slot].*end = node;
   };
-  for (auto const& [id, node] : importer.roadNetwork->getNodes()) {
+  forEachNode(*importer.roadNetwork.get(), [&](Node const& node) {
     RoadSegmentNode const segmentNode =
         RoadSegmentNode::create(importer.model, boost::uuids::uuid{});
-    segmentNode->setID(id);
+    segmentNode->setID(node->getID());
     for (Road const& road : node->getOutgoingRoads()) set(road, &Ends::start, segmentNode);
     for (Road const& road : node->getIncomingRoads()) set(road, &Ends::end, segmentNode);
-  }
+  });
   return ends;
 }
 
-RoadSegmentNode const& required(RoadSegmentNode const& segmentNode, Node const& node) {
+RoadSegmentNode const& required(RoadSegmentNode const& segmentNode, Road const& road,
+                                Node (RoadImpl::*node)() const noexcept) {
   if (!segmentNode) {
-    static_cast<void>(node.operator->());  // throws for a road that has no Node there at all
+    // Throws for a road that has no Node there at all.
+    static_cast<void>((road.get()->*node)().operator->());
     support::throwMissing();
   }
   return segmentNode;
@@ -53,18 +58,22 @@ RoadSegmentNode const& required(RoadSegmentNode const& segmentNode, Node const& 
 
 void createRoadSegments(RoadNetworkImporter& importer) {
   std::vector<Ends> const ends = createSegmentNodes(importer);
-  ConstantSequences constants;
+  ConstantSequences zeros(0.0);
+  ConstantSequences notComputed(std::numeric_limits<double>::quiet_NaN());
   for (std::size_t i = 0; i < ends.size(); ++i) {
+    if (i + walkAhead < ends.size()) {
+      importer.roadNetwork->getRoads()[i + walkAhead]->prefetchCenters();
+      RoadSegmentNodeImpl::prefetch(ends[i + walkAhead].start.get());
+      RoadSegmentNodeImpl::prefetch(ends[i + walkAhead].end.get());
+    }
     Road const& road = importer.roadNetwork->getRoads()[i];
     RoadSegment const segment = RoadSegment::create(importer.model, boost::uuids::uuid{});
     segment->setID(road->getID());
-    segment->setStartNode(required(ends[i].start, road->getStartNode()));
-    segment->setEndNode(required(ends[i].end, road->getEndNode()));
+    segment->setStartNode(required(ends[i].start, road, &RoadImpl::getStartNode));
+    segment->setEndNode(required(ends[i].end, road, &RoadImpl::getEndNode));
     std::size_t const n = road->getCentersX().size();
-    ConstantSequences::Sequence const zeros = constants.of(n, 0.0);
-    ConstantSequences::Sequence const notComputed =
-        constants.of(n, std::numeric_limits<double>::quiet_NaN());
-    segment->setGeometry(road->getCentersX(), road->getCentersY(), zeros, zeros, notComputed);
+    segment->setGeometry(road->getCentersX(), road->getCentersY(), zeros.of(n), zeros.of(n),
+                         notComputed.of(n));
     road->addRoadSegment(segment);
   }
 }

@@ -44,6 +44,10 @@ class NodeImpl : public kb::zero::ModelElementImpl {
   kb::zero::ReferenceCollectionOf<Road> getOutgoingRoads() const noexcept {
     return {const_cast<NodeImpl*>(this), outgoingRoadsProperty(), outgoingRoads_};
   }
+  void prefetchRoads() const noexcept {
+    incomingRoads_.prefetch();
+    outgoingRoads_.prefetch();
+  }
   /// Makes room in both for all roads that the node has, whichever way they come to point: then
   /// turning one round, or giving its place to another, can't fail.
   void reserveRoads();

@@ -32,6 +32,7 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   /// The name of the OSM way that the road was made of or, where it has none, the way's id in
   /// decimal; where roads were joined, their different names with hyphens between them.
   std::u16string const& getName() const noexcept { return *name_; }
+  kb::zero::SharedText const& shareName() const noexcept { return name_; }
   void setName(std::u16string const& name) { name_ = name; }
   /// A name that other roads have too takes no memory of its own; setting it can't fail.
   void setName(kb::zero::SharedText name) noexcept { name_ = std::move(name); }
@@ -52,6 +53,15 @@ class RoadImpl : public kb::zero::ModelElementImpl {
   void setEndNode(Node const& node);
   Node getStartNode() const noexcept { return startNode_; }
   Node getEndNode() const noexcept { return endNode_; }
+
+  void prefetchNodes() const noexcept {
+    prefetch(startNode_.get());
+    prefetch(endNode_.get());
+  }
+  void prefetchCenters() const noexcept {
+    __builtin_prefetch(&*centersX_);
+    __builtin_prefetch(&*centersY_);
+  }
 
   /// The centre line, from the start node to the end node: the latitudes (X) and longitudes (Y) of
   /// its points in degrees (WGS 84). Throws std::invalid_argument when the two differ in length.

@@ -43,6 +43,15 @@ class ModelElementImpl : public ElementImpl {
   /// Whether `element` refers to this one through its property `inverse`.
   bool _inverseContainsThis(ModelElementImpl* element, meta::Property const& inverse) const;
 
+  /// Has the processor fetch an element that is about to be used, if there is one: elements that
+  /// were made one after the other lie side by side, but who goes from one to its neighbours steps
+  /// all over memory.
+  static void prefetch(ModelElementImpl const* element) noexcept {
+    constexpr std::size_t cacheLine = 64;
+    __builtin_prefetch(element);
+    __builtin_prefetch(reinterpret_cast<char const*>(element) + cacheLine);
+  }
+
   /// How many elements there are in this process: in any model, or kept by handles alone.
   static std::size_t liveCount() noexcept;
 

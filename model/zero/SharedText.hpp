@@ -22,6 +22,7 @@ class SharedText {
     static std::u16string const none;
     return box_ ? box_.get()->text : none;
   }
+  std::u16string const* operator->() const noexcept { return &**this; }
 
  private:
   struct Box {

@@ -129,6 +129,13 @@ bool ReferenceList::contains(ModelElementImpl const& element) const noexcept {
                      [&](Reference reference) { return elementOf(reference) == &element; });
 }
 
+void ReferenceList::prefetch() const noexcept {
+  if (isMany()) return;
+  for (Reference const reference : std::span(const_cast<ReferenceList*>(this)->few(), size())) {
+    ModelElementImpl::prefetch(elementOf(reference));
+  }
+}
+
 void ReferenceList::reserve(std::size_t size) {
   if (size <= capacity()) return;
   if (size > fewCapacity && !isMany()) becomeMany();

@@ -30,6 +30,8 @@ class ReferenceList {
   /// `index` must be less than the size.
   ModelElementImpl& operator[](std::size_t index) const noexcept;
   bool contains(ModelElementImpl const& element) const noexcept;
+  /// Has the processor fetch the elements, which are about to be used. Not those of a long list.
+  void prefetch() const noexcept;
 
   /// Makes room for `size` elements in all, so that appending up to there can't fail. Throws
   /// std::bad_alloc.
