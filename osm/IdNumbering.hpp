@@ -53,11 +53,18 @@ class IdNumbering {
   };
 
  public:
-  /// Puts an id into the set. Returns where it stands, for `numberAt`.
-  Place add(Id id) {
+  /// Puts an id into the set. Returns whether it is new.
+  bool insert(Id id) {
     std::uint64_t const key = keyOf(id);
     if (blocks_.empty() || blocks_[last_].key != key) last_ = makeBlock(key);
-    blocks_[last_].bits[wordOf(id)] |= bitOf(id);
+    std::uint64_t& word = blocks_[last_].bits[wordOf(id)];
+    bool const isNew = (word & bitOf(id)) == 0;
+    word |= bitOf(id);
+    return isNew;
+  }
+  /// The same; returns where the id stands, for `numberAt`.
+  Place add(Id id) {
+    insert(id);
     return last_;
   }
 

@@ -50,15 +50,9 @@ WayNodes WayFiller::takeNodes() {
 template <class Action>
 void WayFiller::forEachFirstNode(Action const& action) const {
   if (nodes_.isAscending()) return nodes_.forEach(action);
-  IdNumbering all;
-  nodes_.forEach([&](Id id, double, double) { all.add(id); });
-  all.assignNumbers();
-  std::vector<bool> isDone(all.size());
-  IdNumbering::Finder find(all);
+  IdNumbering seen;
   nodes_.forEach([&](Id id, double latitude, double longitude) {
-    auto const number = find(id);
-    if (!isDone[number]) action(id, latitude, longitude);
-    isDone[number] = true;
+    if (seen.insert(id)) action(id, latitude, longitude);
   });
 }
 
