@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "cli/Place.hpp"
 #include "support/printable.hpp"
@@ -14,6 +16,32 @@
 namespace {
 
 constexpr int wrongArguments = 2;
+
+std::map<std::string, Joining> const joinings{
+    {"all", Joining::all}, {"compatible", Joining::compatible}, {"none", Joining::none}};
+std::map<std::string, OneWays> const oneWayModes{{"tagged", OneWays::tagged},
+                                                 {"implied", OneWays::implied}};
+std::vector<std::string> const usualTags{"oneway", "lanes",   "maxspeed", "ref",   "surface",
+                                         "access", "bridge",  "tunnel",   "layer", "junction",
+                                         "width",  "service", "area"};
+
+template <class Value>
+CLI::Validator oneOf(std::map<std::string, Value> const& choices) {
+  return CLI::IsMember(&choices).description("");
+}
+
+// Each is a column of its own, which other columns are not.
+void checkTags(std::vector<std::string>& tags) {
+  std::erase(tags, "");
+  for (auto tag = tags.begin(); tag != tags.end(); ++tag) {
+    if (std::find(tags.begin(), tag, *tag) != tag) {
+      throw CLI::ValidationError("--tags", "\"" + *tag + "\" stands there twice");
+    }
+    if (*tag == "highway" || *tag == "name") {
+      throw CLI::ValidationError("--tags", "\"" + *tag + "\" is always there");
+    }
+  }
+}
 
 // The format that a file name's ending asks for.
 Format const& formatOf(std::string const& output) {
@@ -106,6 +134,25 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   app.add_option("-r,--report", options.report,
                  "write what became of each way, and what to check, to this JSON file")
       ->type_name("FILE");
+  std::optional<std::string> joining;
+  app.add_option("--join", joining,
+                 "which roads that continue one another become one; compatible are those that\n"
+                 "agree in direction, layer, name and exported tags; default: compatible, or\n"
+                 "all for json and the summary")
+      ->check(oneOf(joinings))
+      ->type_name("all|compatible|none");
+  std::optional<std::string> oneWays;
+  app.add_option("--oneway", oneWays,
+                 "which ways are one-way: those tagged so, or also those that imply it, as\n"
+                 "roundabouts and motorways do; default: implied, or tagged for json and the\n"
+                 "summary")
+      ->check(oneOf(oneWayModes))
+      ->type_name("tagged|implied");
+  options.import.tags = usualTags;
+  app.add_option("--tags", options.import.tags,
+                 "export these OSM tags; default: those that most networks need")
+      ->delimiter(',')
+      ->type_name("KEY,...");
   app.add_flag("--overwrite", options.overwrite, "replace existing outputs");
   app.add_option("--threads", options.threads,
                  "unpack PBF files on so many threads; default: one a processor, 16 at most")
@@ -123,6 +170,10 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     if (options.output == "-" && !options.format->isStream()) {
       throw CLI::ValidationError("--output", formatName + " can't go to standard output");
     }
+    bool const isForExchange = options.output && options.format->isForExchange;
+    options.import.joining = joinings.at(joining.value_or(isForExchange ? "compatible" : "all"));
+    options.import.oneWays = oneWayModes.at(oneWays.value_or(isForExchange ? "implied" : "tagged"));
+    checkTags(options.import.tags);
     return options;
   } catch (CLI::CallForHelp const&) {
     exitCode = print(app.help());

@@ -291,7 +291,7 @@ class CommandLine(unittest.TestCase):
         start = next((size for size in sizes if run_in(size, "--version").returncode == 0), None)
         if start is None:
             self.skipTest("the sanitizers take more address space than can be limited")
-        source = self.chain(14_000)
+        source = self.chain(30_000)
         for ending in ENDINGS:
             reasons = set()
             for size in sizes[sizes.index(start):]:
