@@ -10,7 +10,8 @@
 /// that are exported.
 inline OpenStreetMap::Selection roadSelection(std::vector<std::string> const& exported = {}) {
   OpenStreetMap::Selection selection{
-      "highway", {"highway", "name", "oneway", "layer", "junction", "bridge", "tunnel"}};
+      "highway",
+      {"highway", "name", "oneway", "layer", "junction", "bridge", "tunnel", "covered", "area"}};
   selection.keys.insert(selection.keys.end(), exported.begin(), exported.end());
   return selection;
 }
