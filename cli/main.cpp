@@ -17,10 +17,9 @@
 #include "cli/endWhenOutOfMemory.hpp"
 #include "cli/printSummary.hpp"
 #include "export/NetworkExport.hpp"
-#include "export/OutputFile.hpp"
+#include "export/ReportExport.hpp"
 #include "export/Temporary.hpp"
 #include "export/endingSignals.hpp"
-#include "export/writeReport.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "report/ImportReport.hpp"
 #include "support/printable.hpp"
@@ -47,8 +46,8 @@ void import(Options const& options) {
   // Made first: an output that can't be written should not cost an import.
   std::optional<NetworkExport> output;
   if (options.output) output.emplace(*options.format, *options.output, options.overwrite);
-  std::optional<OutputFile> reportFile;
-  if (options.report) reportFile.emplace(*options.report, options.overwrite);
+  std::optional<ReportExport> reportOutput;
+  if (options.report) reportOutput.emplace(*options.report, options.overwrite);
 
   auto const start = std::chrono::steady_clock::now();
   RoadNetworkImporter& importer = makeImporter(options.import);
@@ -67,13 +66,10 @@ void import(Options const& options) {
   progress.wipe();
   bool const wantsSummary = !output && options.report != "-" && !options.quiet;
   ImportReport report;
-  if (reportFile || wantsSummary) report = reportOn(importer);
-  if (reportFile) {
-    writeReport(report, importer, reportFile->file());
-    reportFile->complete();
-  }
+  if (reportOutput || wantsSummary) report = reportOn(importer);
+  if (reportOutput) reportOutput->write(report, importer);
   if (output) output->commit();
-  if (reportFile) reportFile->commit();
+  if (reportOutput) reportOutput->commit();
   if (wantsSummary) {
     printSummary(importer, report, elapsed.count(), std::cout);
     std::cout.flush();

@@ -87,10 +87,15 @@ void findTraps(RoadNetworkImporter const& importer, RoadGraph const& graph, Impo
   }
   // The one-way roads that lead in or out are what to look at.
   std::vector<std::vector<std::size_t>> roads(oneWays.count);
+  std::vector<bool> hasWayIn(oneWays.count);
+  std::vector<bool> hasWayOut(oneWays.count);
   for (std::size_t i = 0; i < between.size(); ++i) {
-    if (between[i].from == between[i].to) continue;
-    roads[between[i].from].push_back(oneWays.roads[i]);
-    roads[between[i].to].push_back(oneWays.roads[i]);
+    auto const& [to, from] = between[i];  // turned round above
+    if (from == to) continue;
+    roads[from].push_back(oneWays.roads[i]);
+    roads[to].push_back(oneWays.roads[i]);
+    hasWayOut[from] = true;
+    hasWayIn[to] = true;
   }
   std::stable_sort(traps.begin(), traps.end(),
                    [&](Number a, Number b) { return nodes[a].size() > nodes[b].size(); });

@@ -72,7 +72,7 @@ std::string sentence(Finding const& finding, double metres) {
   switch (finding.kind) {
     case Finding::Kind::droppedDirections:
       return "The road is " + directionOf(detail<std::int64_t>(finding, "direction")) +
-             ", but over " + metresOrMore(metres) + " not its " + listOfWays(ways) + '.';
+             ", unlike its " + listOfWays(ways) + " over " + metresOrMore(metres) + '.';
     case Finding::Kind::traps:
       return trapOf(finding);
     case Finding::Kind::crossings:
