@@ -36,12 +36,11 @@ class BoxIndex {
 
   explicit BoxIndex(std::vector<Entry> const& entries) : tree_(entries) {}
 
-  /// Calls `action(number)` for each box that overlaps this one.
+  /// Calls `action` with each entry whose box overlaps this one.
   template <class Action>
   void forEachOverlap(Box const& box, Action const& action) const {
-    tree_.query(
-        boost::geometry::index::intersects(box),
-        boost::make_function_output_iterator([&](Entry const& entry) { action(entry.second); }));
+    tree_.query(boost::geometry::index::intersects(box),
+                boost::make_function_output_iterator(action));
   }
   /// Calls `action` with each entry; those that are near come one after the other.
   template <class Action>

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <map>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -23,21 +23,23 @@ struct Island {
 
 void findIslands(RoadNetworkImporter const& importer, RoadGraph const& graph,
                  ImportReport& report) {
-  std::map<RoadGraph::Number, Island> byPart;
+  constexpr auto none = std::numeric_limits<std::size_t>::max();
+  std::vector<Island> islands;
+  std::vector<std::size_t> islandOf(graph.nodes.size(), none);  // by part
+  for (auto const part : graph.parts) {
+    if (part == graph.largestPart) continue;
+    if (islandOf[part] == none) islandOf[part] = islands.size();
+    if (islandOf[part] == islands.size()) islands.emplace_back();
+    ++islands[islandOf[part]].nodes;
+  }
   auto const& roads = importer.roadNetwork->getRoads();
   for (std::size_t i = 0; i < roads.size(); ++i) {
     auto const part = graph.parts[graph.roads[i].start];
     if (part == graph.largestPart) continue;
-    Island& island = byPart[part];
+    Island& island = islands[islandOf[part]];
     island.roads.push_back(&roads[i]);
     island.metres += lineLength(roads[i]->getCentersX().values(), roads[i]->getCentersY().values());
   }
-  if (byPart.empty()) return;
-  for (auto const part : graph.parts) {
-    if (part != graph.largestPart) ++byPart[part].nodes;
-  }
-  std::vector<Island> islands;
-  for (auto& [part, island] : byPart) islands.push_back(std::move(island));
   std::stable_sort(islands.begin(), islands.end(),
                    [](auto const& a, auto const& b) { return a.metres > b.metres; });
   for (Island& island : islands) {

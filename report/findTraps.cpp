@@ -67,8 +67,13 @@ void findTraps(RoadNetworkImporter const& importer, RoadGraph const& graph, Impo
   for (Number node = 0; node < graph.nodes.size(); ++node) {
     if (graph.parts[node] == graph.largestPart) ++sizes[componentOf(node)];
   }
-  auto const largest =
-      static_cast<Number>(std::max_element(sizes.begin(), sizes.end()) - sizes.begin());
+  // Of components of one size, that with the lowest Node.
+  Number largest = componentOf(graph.largestPart);
+  for (Number node = 0; node < graph.nodes.size(); ++node) {
+    if (graph.parts[node] == graph.largestPart && sizes[componentOf(node)] > sizes[largest]) {
+      largest = componentOf(node);
+    }
+  }
   std::vector<OneWayEdge> between;
   for (OneWayEdge const& edge : oneWays.edges) {
     between.push_back({components[edge.from], components[edge.to]});

@@ -77,16 +77,17 @@ class Search {
     std::vector<std::pair<Runs const*, BoxIndex>> indexes;
     indexes.emplace_back(&runs_, BoxIndex(runs_.boxes));
     indexes.front().second.forEach([&](BoxIndex::Entry const& entry) {
-      Run const& run = runs_.runs[entry.second];
-      forEachOverlap(indexes.front(), entry.first, [&](Run const& other, std::uint32_t number) {
-        if (number > entry.second) compare(run, other);
+      forEachOverlap(indexes.front().second, entry.first, [&](BoxIndex::Entry const& other) {
+        if (other.second > entry.second) {
+          compare(runs_.runs[entry.second], runs_.runs[other.second], other.first);
+        }
       });
     });
     for (auto const& [node, spokes] : spokes_) {
       for (auto const& [box, number] : spokes.boxes) {
-        for (auto const& index : indexes) {
-          forEachOverlap(index, box, [&, spoke = spokes.runs[number]](Run const& other, auto) {
-            compare(spoke, other);
+        for (auto const& [runs, index] : indexes) {
+          forEachOverlap(index, box, [&, run = spokes.runs[number], r = runs](auto const& other) {
+            compare(run, r->runs[other.second], other.first);
           });
         }
       }
@@ -170,37 +171,48 @@ class Search {
   }
 
   template <class Compare>
-  void forEachOverlap(std::pair<Runs const*, BoxIndex> const& index, BoxIndex::Box const& box,
-                      Compare const& compareWith) {
+  void forEachOverlap(BoxIndex const& index, BoxIndex::Box const& box, Compare const& compareWith) {
     if (effort_ == 0) return;
-    index.second.forEachOverlap(box, [&](BoxIndex::Number number) {
+    index.forEachOverlap(box, [&](BoxIndex::Entry const& other) {
       if (effort_ == 0) return;
       --effort_;
-      compareWith(index.first->runs[number], number);
+      compareWith(other);
     });
   }
 
-  void compare(Run const& a, Run const& b) {
+  void compare(Run const& a, Run const& b, BoxIndex::Box const& boxOfB) {
     if (a.road == b.road) return;
+    // Most are neighbours in a grid of streets: known without a look at where they are.
+    if (a.count == 1 && b.count == 1 && meetAtNode(a.road, a.first, b.road, b.first)) return;
+    auto const& low = boxOfB.min_corner();
+    auto const& high = boxOfB.max_corner();
     for (std::uint32_t i = a.first; i < a.first + a.count; ++i) {
       PlaneSegment const one = segment(a.road, i, a.turns);
+      if (areApart(one.from.x, one.to.x, low.get<0>(), high.get<0>()) ||
+          areApart(one.from.y, one.to.y, low.get<1>(), high.get<1>()) || one.from == one.to) {
+        continue;
+      }
       for (std::uint32_t k = b.first; k < b.first + b.count; ++k) {
         PlaneSegment const other = segment(b.road, k, b.turns);
         if (areApart(one.from.x, one.to.x, other.from.x, other.to.x) ||
-            areApart(one.from.y, one.to.y, other.from.y, other.to.y) || one.from == one.to ||
-            other.from == other.to || meetAtNode(a.road, i, b.road, k)) {
+            areApart(one.from.y, one.to.y, other.from.y, other.to.y) || other.from == other.to ||
+            meetAtNode(a.road, i, b.road, k)) {
           continue;
         }
-        auto const found = segmentCrossing(one, other);
-        if (!found) continue;
-        Place const onOne{a.road, i, found->onOne};
-        Place const onOther{b.road, k, found->onOther};
-        Finding::Position const position = positionOf(onOne, one, onOther);
-        if (isCommonNode(a.road, b.road, position)) continue;
-        action_({onOne, onOther, position});
-        effort_ -= std::min(effort_, costOfCrossing);
+        compare({a.road, i, 0.0}, one, {b.road, k, 0.0}, other);
       }
     }
+  }
+
+  void compare(Place onOne, PlaneSegment const& one, Place onOther, PlaneSegment const& other) {
+    auto const found = segmentCrossing(one, other);
+    if (!found) return;
+    onOne.share = found->onOne;
+    onOther.share = found->onOther;
+    Finding::Position const position = positionOf(onOne, one, onOther);
+    if (isCommonNode(onOne.road, onOther.road, position)) return;
+    action_({onOne, onOther, position});
+    effort_ -= std::min(effort_, costOfCrossing);
   }
 
   static bool areApart(double a, double b, double c, double d) {
