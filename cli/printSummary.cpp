@@ -8,10 +8,13 @@
 #include "export/roadLength.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/geographicLimits.hpp"
+#include "support/printable.hpp"
 
 using velora::roadnetwork::Road;
 
 namespace {
+
+constexpr char const* listsThem = " (--report FILE lists them)";
 
 // 1234567 as 1,234,567.
 std::string grouped(std::size_t number) {
@@ -26,8 +29,8 @@ std::ostream& row(std::ostream& out, char const* label) {
 
 }  // namespace
 
-void printSummary(RoadNetworkImporter const& importer, ImportReport const& report, double seconds,
-                  std::ostream& out) {
+void printSummary(RoadNetworkImporter const& importer, ImportReport const& report,
+                  Stopwatch const& time, std::ostream& out) {
   auto const& reader = importer.reader;
   auto const& network = importer.roadNetwork;
   std::size_t const nodes = network->getNodes().size();
@@ -59,7 +62,15 @@ void printSummary(RoadNetworkImporter const& importer, ImportReport const& repor
   }
   row(out, "origin") << "latitude " << origin->getLatitude() << ", longitude "
                      << origin->getLongitude() << '\n';
-  row(out, "to check") << grouped(report.toCheck()) << " places (--report FILE lists them)\n";
-  out << std::setprecision(3);
-  row(out, "time") << seconds << " s\n";
+  row(out, "to check") << grouped(report.toCheck()) << " places" << listsThem << '\n';
+  row(out, "time") << time.text() << '\n';
+}
+
+void printWritten(Options const& options, RoadNetworkImporter const& importer,
+                  ImportReport const& report, std::ostream& out) {
+  auto const& network = importer.roadNetwork;
+  out << (options.output == "-" ? "standard output" : support::printable(*options.output)) << ": "
+      << grouped(network->getNodes().size()) << " Nodes, " << grouped(network->getRoads().size())
+      << " Roads, " << grouped(report.toCheck()) << " places to check"
+      << (options.report ? "" : listsThem) << '\n';
 }

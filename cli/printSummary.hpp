@@ -3,8 +3,14 @@
 
 #include <iosfwd>
 
+#include "cli/Options.hpp"
+#include "cli/Stopwatch.hpp"
 #include "report/ImportReport.hpp"
 
-/// `seconds` is what the import took. The importer must have run.
-void printSummary(RoadNetworkImporter const& importer, ImportReport const& report, double seconds,
-                  std::ostream& out);
+/// What is in the network, and what `time` says in the end. The importer must have run.
+void printSummary(RoadNetworkImporter const& importer, ImportReport const& report,
+                  Stopwatch const& time, std::ostream& out);
+
+/// One line: what was written. Only for options with an output.
+void printWritten(Options const& options, RoadNetworkImporter const& importer,
+                  ImportReport const& report, std::ostream& out);
