@@ -29,8 +29,8 @@ std::ostream& row(std::ostream& out, char const* label) {
 
 }  // namespace
 
-void printSummary(RoadNetworkImporter const& importer, ImportReport const& report,
-                  Stopwatch const& time, std::ostream& out) {
+void printSummary(RoadNetworkImporter const& importer, ImportReport const& report, Stopwatch& time,
+                  std::ostream& out) {
   auto const& reader = importer.reader;
   auto const& network = importer.roadNetwork;
   std::size_t const nodes = network->getNodes().size();
@@ -53,16 +53,16 @@ void printSummary(RoadNetworkImporter const& importer, ImportReport const& repor
   out << std::fixed << std::setprecision(1);
   row(out, "total length") << metres / 1000.0 << " km\n";
   out << std::setprecision(7);
-  row(out, "limits");
   if (limits.empty()) {
-    out << "unknown\n";
+    row(out, "limits") << "unknown\n";
   } else {
-    out << "latitude " << limits[0] << " to " << limits[1] << ", longitude " << limits[2] << " to "
-        << limits[3] << '\n';
+    row(out, "limits") << "latitude " << limits[0] << " to " << limits[1] << ", longitude "
+                       << limits[2] << " to " << limits[3] << '\n';
+    row(out, "origin") << "latitude " << origin->getLatitude() << ", longitude "
+                       << origin->getLongitude() << '\n';
   }
-  row(out, "origin") << "latitude " << origin->getLatitude() << ", longitude "
-                     << origin->getLongitude() << '\n';
   row(out, "to check") << grouped(report.toCheck()) << " places" << listsThem << '\n';
+  time.finished("summary");
   row(out, "time") << time.text() << '\n';
 }
 

@@ -7,9 +7,9 @@
 #include "cli/Stopwatch.hpp"
 #include "report/ImportReport.hpp"
 
-/// What is in the network, and what `time` says in the end. The importer must have run.
-void printSummary(RoadNetworkImporter const& importer, ImportReport const& report,
-                  Stopwatch const& time, std::ostream& out);
+/// What is in the network, and in the end what `time` says. The importer must have run.
+void printSummary(RoadNetworkImporter const& importer, ImportReport const& report, Stopwatch& time,
+                  std::ostream& out);
 
 /// One line: what was written. Only for options with an output.
 void printWritten(Options const& options, RoadNetworkImporter const& importer,
