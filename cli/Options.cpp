@@ -139,9 +139,9 @@ Options::Options() : threads(std::clamp(std::thread::hardware_concurrency(), 1U,
 std::optional<Options> parseOptions(int argc, char const* const* argv, int& exitCode) {
   Options options;
   CLI::App app("Imports an OpenStreetMap file and builds a road network from it.", "osm2roadnet");
+  app.set_help_flag("-h,--help", "print this help and exit");
   app.set_version_flag("--version", "osm2roadnet " OSM2ROADNET_VERSION,
                        "print the version and exit");
-  app.set_help_flag("-h,--help", "print this help and exit");
   app.formatter(std::make_shared<HelpFormatter>());
   app.allow_extras();
   app.footer("Formats, which an ending of the same name asks for, too:\n" + listOfFormats() +

@@ -1,6 +1,8 @@
 """command_line_test.py PROGRAM: the program as a person meets it: arguments, messages, outputs."""
+import bz2
 import contextlib
 import fcntl
+import gzip
 import itertools
 import json
 import os
@@ -10,6 +12,7 @@ import resource
 import select
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -60,7 +63,9 @@ class CommandLine(unittest.TestCase):
         return path
 
     def assert_succeeds(self, done):
-        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        """With nothing on standard error but what was written."""
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertRegex(done.stderr, rb"\A(.+: gives no roads\n)?(.+ places to check.*\n)?\Z")
 
     def assert_fails(self, done, code, *texts):
         """One line on standard error, which may be followed by a hint, and no standard output."""
@@ -97,12 +102,16 @@ class CommandLine(unittest.TestCase):
             pipe.unlink()
 
     def test_wrong_arguments_are_refused_before_anything_is_opened(self):
-        for arguments in ([], ["a.osm", "b.osm"], [EXAMPLE, "--nonsense"], [EXAMPLE, "-o"],
-                          [EXAMPLE, "-o", "a.xyz"], [EXAMPLE, "-o", "a", "-f", "shape"], [""],
-                          [EXAMPLE, "-o", ""], [EXAMPLE, "-o", "json"], [EXAMPLE, "-f", "json"],
-                          [EXAMPLE, "-o", "-", "-f", "gpkg"], [EXAMPLE, "-o", "a\n\033[31m"]):
+        formats = "json, geojson, geojsonl, ndjson, gpkg, fgb, gmns, graphml"
+        for text, *arguments in (
+                ("INPUT",), ("INPUT", ""), ("osmium merge", "a.osm", "b.osm", "c.osm"),
+                ("--nonsense", EXAMPLE, "--nonsense"), ("--nonsense", "a", "b", "--nonsense"),
+                ("--output", EXAMPLE, "-o"), ("--output", EXAMPLE, "-o", ""),
+                (formats, EXAMPLE, "-o", "a.xyz"), (formats, EXAMPLE, "-o", "json"),
+                (formats, EXAMPLE, "-o", "a", "-f", "shape"), ("--output", EXAMPLE, "-f", "json"),
+                ("gpkg", EXAMPLE, "-o", "-", "-f", "gpkg"), ("", EXAMPLE, "-o", "a\n\033[31m")):
             with self.subTest(arguments=arguments):
-                self.assert_fails(self.run_on(*arguments), 2)
+                self.assert_fails(self.run_on(*arguments), 2, text)
         self.assert_holds()
 
     def test_no_file_is_two_things(self):
@@ -128,9 +137,82 @@ class CommandLine(unittest.TestCase):
         for argument, pattern in (("--help", b"--overwrite"), ("--version", rb"^osm2roadnet \d"),
                                   (EXAMPLE, rb"80 of 93\D* 12 [^N]*Nodes +82\D* 113\D* 17\n")):
             done = self.run_on(argument)
-            self.assert_succeeds(done)
+            self.assertEqual((done.returncode, done.stderr), (0, b""))
             self.assertRegex(done.stdout, pattern)
+        network = "82 Nodes, 113 Roads, 3 places to check"
+        hint = " (--report FILE lists them)"
+        empty = self.file("empty.osm")
+        for source, *arguments, said in (
+                (EXAMPLE, "-o", "a.JSON", f"a.JSON: {network}{hint}\n"),
+                (EXAMPLE, "-o", "-", "-f", "GraphML", f"standard output: {network}{hint}\n"),
+                (EXAMPLE, "-o", "a", "-f", "json", "-r", "-", f"a: {network}\n"),
+                (EXAMPLE, "--quiet", ""), (EXAMPLE, "--quiet", "-o", "b.json", ""),
+                (empty, f"{empty}: gives no roads\n"), (empty, "-q", ""),
+                (empty, "-r", "-", f"{empty}: gives no roads\n"),
+                (empty, "-o", "c.json", f"{empty}: gives no roads\nc.json: 0 Nodes, 0 Roads, "
+                                        f"0 places to check{hint}\n")):
+            with self.subTest(arguments=arguments):
+                done = self.run_on(source, *arguments)
+                self.assertEqual((done.returncode, done.stderr.decode()), (0, said))
         self.assertEqual(self.run_example("--quiet").stdout, b"")
+
+    def test_time_is_all_that_passed(self):
+        start = time.monotonic()
+        process = subprocess.Popen([PROGRAM, "-", "-r", "report.json"], cwd=self.folder,
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        time.sleep(0.2)
+        text = process.communicate(EXAMPLE.read_bytes())[0].decode()
+        took = time.monotonic() - start
+        total, *stages = map(float, re.findall(r"\d+\.\d{3}", text[text.index("\n  time "):]))
+        self.assertTrue(0.1 < stages[0] <= total <= took and len(stages) == 4, text)
+        self.assertAlmostEqual(sum(stages), total, delta=0.005)
+
+    def test_standard_input(self):
+        content = EXAMPLE.read_bytes()
+        whole = self.run_example("-o", "-").stdout
+        self.assertTrue(whole)
+        for packed in (content, gzip.compress(content), bz2.compress(content)):
+            file = self.folder / "-"
+            file.write_bytes(packed)
+            with open(file) as stream:
+                self.assertEqual(self.run_on("-", "-o", "-", stdin=stream).stdout, whole)
+            self.assertEqual(self.run_on("-", "-o", "-", input=packed).stdout, whole)
+            self.assertEqual(self.run_on("./-", "-o", "-", input=b"").stdout, whole)
+        if EXTRACT.exists():
+            self.assertEqual(self.run_on("-", "-o", "-", input=EXTRACT.read_bytes()).stdout,
+                             self.run_on(EXTRACT, "-o", "-").stdout)
+
+        ours, theirs = socket.socketpair()  # one thing may be both streams, unless it is a file
+        with ours, theirs:
+            process = subprocess.Popen([PROGRAM, "-", "-o", "-", "-q"], stdin=theirs, stdout=theirs)
+            theirs.close()
+            ours.sendall(content)
+            ours.shutdown(socket.SHUT_WR)
+            self.assertEqual(b"".join(iter(lambda: ours.recv(1 << 16), b"")), whole)
+            self.assertEqual(process.wait(60), 0)
+        with open(self.file("in.osm")) as stream:
+            for arguments in (["-o", "in.osm", "-f", "json"], ["-r", "in.osm"]):
+                done = self.run_on("-", *arguments, "--overwrite", stdin=stream)
+                self.assert_fails(done, 2, "INPUT")
+
+    def test_unreadable_standard_inputs(self):
+        terminal, folder = os.openpty()[1], os.open(self.folder, os.O_RDONLY)
+        for reason, options in (("is a terminal", {"stdin": terminal}),
+                                ("is a directory", {"stdin": folder}),
+                                ("empty", {"stdin": subprocess.DEVNULL}),
+                                ("empty", {"preexec_fn": lambda: os.close(0)}),
+                                ("line 1, column 5: ", {"input": b"<osm"})):
+            self.assert_fails(self.run_on("-", **options), 1, "standard input: ", reason)
+
+    def test_progress_is_shown_on_a_terminal(self):
+        content = EXAMPLE.read_bytes()
+        terminal, screen = os.openpty()
+        process = subprocess.Popen([PROGRAM, "-", "-o", "out.json"], cwd=self.folder,
+                                   stdin=subprocess.PIPE, stderr=screen)
+        time.sleep(0.6)
+        process.communicate(content)
+        shown = os.read(terminal, 9999).decode()
+        self.assertRegex(shown, r"reading 0 MiB.*building the network.*\r\x1b\[Kout.json: 82 Nodes")
 
     def test_an_existing_output_is_kept_unless_told_otherwise(self):
         output = self.file("out.json", "precious")
@@ -204,7 +286,10 @@ class CommandLine(unittest.TestCase):
         link = self.folder / "link"
         for ending, names in FOLDERS.items():
             folder = self.folder / f"town.{ending}"
+            if ending == "fgb":  # which may be there if it is empty
+                folder.mkdir(mode=0o700)
             self.assert_succeeds(self.run_example("-o", f"town.{ending}/"))
+            self.assertEqual(folder.stat().st_mode & 0o777, 0o700 if ending == "fgb" else 0o755)
             self.assert_holds(*names, folder=folder)
             self.assert_fails(self.run_on("empty.osm", "-o", folder), 1, "--overwrite")
             old = (folder / names[-1]).read_bytes()
@@ -225,15 +310,16 @@ class CommandLine(unittest.TestCase):
 
     def test_what_comes_into_being_meanwhile_is_kept(self):
         output = self.folder / "out.gmns"
-        for reason in ("File exists", "lost"):
-            with self.held("-o", output, "--overwrite") as process:
+        for reason, *arguments in (("File exists", "--overwrite"), ("lost", "--overwrite"),
+                                   ("not empty",)):
+            with self.held("-o", output, *arguments) as process:
                 output.mkdir(exist_ok=True)
                 (output / "precious").touch()
             self.assertIn(reason, process.message)
             self.assertEqual(process.returncode, 1)
             self.assertTrue((output / "precious").exists())
             self.assert_holds("out.gmns")
-            (output / "precious").unlink()  # a folder that may be replaced, the next time
+            (output / "precious").unlink()  # an empty folder is there, the next time
 
     def test_names_decide_nothing_where_the_format_is_given(self):
         """Nor are they anything but names for GDAL, or make it open what is there."""
