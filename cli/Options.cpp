@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -18,6 +19,32 @@
 namespace {
 
 constexpr int wrongArguments = 2;
+
+std::map<std::string, Joining> const joinings{
+    {"all", Joining::all}, {"compatible", Joining::compatible}, {"none", Joining::none}};
+std::map<std::string, OneWays> const oneWayModes{{"tagged", OneWays::tagged},
+                                                 {"implied", OneWays::implied}};
+std::vector<std::string> const usualTags{"oneway", "lanes",   "maxspeed", "ref",   "surface",
+                                         "access", "bridge",  "tunnel",   "layer", "junction",
+                                         "width",  "service", "area"};
+
+template <class Value>
+CLI::Validator oneOf(std::map<std::string, Value> const& choices) {
+  return CLI::IsMember(&choices).description("");
+}
+
+// Each is a column of its own, which other columns are not.
+void checkTags(std::vector<std::string>& tags) {
+  std::erase(tags, "");
+  for (auto tag = tags.begin(); tag != tags.end(); ++tag) {
+    if (std::find(tags.begin(), tag, *tag) != tag) {
+      throw CLI::ValidationError("--tags", "\"" + *tag + "\" stands there twice");
+    }
+    if (*tag == "highway" || *tag == "name") {
+      throw CLI::ValidationError("--tags", "\"" + *tag + "\" is always there");
+    }
+  }
+}
 
 // "-o, --output FILE", as other programs have it and as those expect it that read --help.
 struct HelpFormatter : CLI::Formatter {
@@ -105,9 +132,12 @@ void refuseSameFiles(Options const& options) {
     return name == "-" ? "/dev/stdout" : name;
   };
   // Standard input is of interest only as a file: a socket may well be both streams.
-  std::error_code error;
-  std::optional<std::string> read = options.input == "-" ? "/dev/stdin" : options.input;
-  if (options.input == "-" && !std::filesystem::is_regular_file(*read, error)) read.reset();
+  std::optional<std::string> read = options.input;
+  if (options.input == "-") {
+    std::error_code error;
+    read = "/dev/stdin";
+    if (!std::filesystem::is_regular_file(*read, error)) read.reset();
+  }
   refuse("--output", written(options.output), "INPUT", read);
   refuse("--report", written(options.report), "INPUT", read);
   refuse("--report", written(options.report), "--output", written(options.output));
@@ -163,6 +193,26 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   app.add_option("-r,--report", options.report,
                  "write what became of each way, and what to check, to this JSON file")
       ->type_name("FILE");
+  std::optional<std::string> joining;
+  app.add_option("--join", joining,
+                 "which roads that continue one another become one; compatible are those that\n"
+                 "agree in direction, layer, name and exported tags; default: compatible, or\n"
+                 "all for json and the summary")
+      ->check(oneOf(joinings))
+      ->type_name("all|compatible|none");
+  std::optional<std::string> oneWays;
+  app.add_option("--oneway", oneWays,
+                 "which ways are one-way: those tagged so, or also those that imply it, as\n"
+                 "roundabouts and motorways do; default: implied, or tagged for json and the\n"
+                 "summary")
+      ->check(oneOf(oneWayModes))
+      ->type_name("tagged|implied");
+  options.import.tags = usualTags;
+  app.add_option("--tags", options.import.tags,
+                 "export these OSM tags; default: those that most networks need")
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->option_text("KEY,...");
   app.add_flag("--overwrite", options.overwrite, "replace existing outputs");
   app.add_option("--threads", options.threads,
                  "unpack PBF files on so many threads; default: one a processor, 16 at most")
@@ -182,6 +232,10 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     if (options.output == "-" && !options.format->isStream()) {
       throw CLI::ValidationError("--output", formatName + " can't go to standard output");
     }
+    bool const isForExchange = options.output && options.format->isForExchange;
+    options.import.joining = joinings.at(joining.value_or(isForExchange ? "compatible" : "all"));
+    options.import.oneWays = oneWayModes.at(oneWays.value_or(isForExchange ? "implied" : "tagged"));
+    checkTags(options.import.tags);
     return options;
   } catch (CLI::CallForHelp const&) {
     exitCode = print(app.help());

@@ -5,12 +5,14 @@
 #include <string>
 
 #include "export/Format.hpp"
+#include "importer/ImportOptions.hpp"
 
 struct Options {
   std::string input;                  ///< "-" is standard input
   std::optional<std::string> output;  ///< "-" is standard output; none asks for a summary
   Format const* format = nullptr;     ///< of the output, if there is one
   std::optional<std::string> report;  ///< "-" is standard output
+  ImportOptions import;
   bool overwrite = false;
   bool quiet = false;
   unsigned threads;  ///< that unpack PBF files

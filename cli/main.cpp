@@ -29,16 +29,18 @@
 namespace {
 
 struct Import {
+  explicit Import(ImportOptions const& options) : importer(model, network, options) {}
+
   kb::zero::Model model = kb::zero::Model::create();
   velora::roadnetwork::RoadNetwork network =
       velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
-  RoadNetworkImporter importer{model, network};
+  RoadNetworkImporter importer;
 };
 
 // Never released: the process ends soon after, and the system takes its memory back at once. To
 // take a network apart, element by element, would be a tenth of the whole time.
-RoadNetworkImporter& makeImporter() {
-  static Import* const import = new Import;
+RoadNetworkImporter& makeImporter(ImportOptions const& options) {
+  static Import* const import = new Import(options);
   return import->importer;
 }
 
@@ -60,7 +62,7 @@ void import(Options const& options) {
   std::optional<OutputFile> reportFile;
   if (options.report) reportFile.emplace(*options.report, options.overwrite);
 
-  RoadNetworkImporter& importer = makeImporter();
+  RoadNetworkImporter& importer = makeImporter(options.import);
   ProgressLine progress(!options.quiet);
   importer.reader.setProgress([&](std::uint64_t bytesRead, std::uint64_t fileSize) {
     progress.reading(bytesRead, fileSize);

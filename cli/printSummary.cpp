@@ -23,6 +23,21 @@ std::string grouped(std::size_t number) {
   return digits;
 }
 
+std::string counted(std::size_t number, char const* word) {
+  return grouped(number) + ' ' + word + (number == 1 ? "" : "s");
+}
+
+char const* joined(Joining joining) {
+  switch (joining) {
+    case Joining::all:
+      return "joined";
+    case Joining::compatible:
+      return "joined where compatible";
+    default:
+      return "not joined";
+  }
+}
+
 std::ostream& row(std::ostream& out, char const* label) {
   return out << "  " << std::left << std::setw(15) << label;
 }
@@ -61,7 +76,7 @@ void printSummary(RoadNetworkImporter const& importer, ImportReport const& repor
     row(out, "origin") << "latitude " << origin->getLatitude() << ", longitude "
                        << origin->getLongitude() << '\n';
   }
-  row(out, "to check") << grouped(report.toCheck()) << " places" << listsThem << '\n';
+  row(out, "to check") << counted(report.toCheck(), "place") << listsThem << '\n';
   time.finished("summary");
   row(out, "time") << time.text() << '\n';
 }
@@ -69,8 +84,10 @@ void printSummary(RoadNetworkImporter const& importer, ImportReport const& repor
 void printWritten(Options const& options, RoadNetworkImporter const& importer,
                   ImportReport const& report, std::ostream& out) {
   auto const& network = importer.roadNetwork;
+  char const* const oneWays = options.import.oneWays == OneWays::implied ? "implied" : "tagged";
   out << (options.output == "-" ? "standard output" : support::printable(*options.output)) << ": "
-      << grouped(network->getNodes().size()) << " Nodes, " << grouped(network->getRoads().size())
-      << " Roads, " << grouped(report.toCheck()) << " places to check"
+      << counted(network->getNodes().size(), "Node") << ", "
+      << counted(network->getRoads().size(), "Road") << " (" << joined(options.import.joining)
+      << ", " << oneWays << " one-ways), " << counted(report.toCheck(), "place") << " to check"
       << (options.report ? "" : listsThem) << '\n';
 }

@@ -12,7 +12,7 @@ std::span<Format const> formats() {
   using Stream = Format::Stream;
   using Files = Format::Files;
   static std::vector<Format> const all{
-      {{"json"}, "the whole network, nothing lost", Stream{writeJson}},
+      {{"json"}, "the whole network, nothing lost", Stream{writeJson}, false},
       {{"geojson"}, "GeoJSON", Stream{writeGeoJson}},
       {{"geojsonl", "ndjson"}, "newline-delimited GeoJSON", Stream{writeGeoJsonLines}},
       {{"gpkg"},

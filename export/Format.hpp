@@ -29,6 +29,9 @@ struct Format {
   std::vector<std::string_view> endings;  ///< of file names; the first is the format's name, too
   std::string_view description;
   std::variant<Stream, Files> output;
+  /// For people and tools, rather than the network as a host gets it: unless something else is
+  /// asked for, only compatible roads are joined, and one-ways that are implied are taken as such.
+  bool isForExchange = true;
 
   std::string_view name() const { return endings.front(); }
   bool isStream() const { return std::holds_alternative<Stream>(output); }

@@ -10,6 +10,7 @@
 #include "support/ustring.hpp"
 
 using OpenStreetMap::Id;
+using OpenStreetMap::Way;
 using velora::roadnetwork::DirectionOfTravel;
 using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
@@ -23,16 +24,19 @@ std::string exchangeable(std::u16string_view text) {
   return support::ustring_to_utf8(copy);
 }
 
-std::string highwayOf(std::vector<Id> const& wayIds, RoadNetworkImporter const& importer) {
+// The different values along a road.
+std::string valuesOf(std::u16string_view key, std::span<Way const* const> ways) {
   std::vector<std::u16string_view> values;
-  std::u16string joinedValues;
-  for (Id const id : wayIds) {
-    std::u16string_view const value = importer.reader.ways.at(id).tags.find(u"highway")->second;
+  std::u16string joined;
+  for (Way const* const way : ways) {
+    auto const tag = way->tags.find(key);
+    if (tag == way->tags.end()) continue;
+    std::u16string_view const value = tag->second;
     if (std::find(values.begin(), values.end(), value) != values.end()) continue;
-    if (!values.empty()) joinedValues += u';';
-    joinedValues += values.emplace_back(value);
+    if (!values.empty()) joined += u';';
+    joined += values.emplace_back(value);
   }
-  return exchangeable(joinedValues);
+  return exchangeable(joined);
 }
 
 std::string wellKnownText(RoadRow const& road, bool reversed) {
@@ -66,24 +70,32 @@ NodeRow nodeRow(Node const& node) {
   return {OpenStreetMap::osmId(node->getID()), position[1], position[0], position[2]};
 }
 
-RoadRow roadRow(Road const& road, RoadNetworkImporter const& importer) {
-  std::vector<Id> wayIds = wayIdsOf(road, importer);
-  std::string highway = highwayOf(wayIds, importer);
+RoadRow RoadRows::operator()(Road const& road) const {
+  std::vector<Way const*> ways;
+  forEachPiece(*road.get(), importer_, [&](RoadPiece const& piece) { ways.push_back(piece.way); });
+  std::vector<std::string> tags;
+  tags.reserve(keys_.size());
+  for (std::u16string const& key : keys_) tags.push_back(valuesOf(key, ways));
   std::span<double const> const elevations =
       (*road->getRoadSegments().begin())->getElevations().values();
   return {road->getID(),
-          exchangeable(road->getName()),
-          std::move(highway),
+          valuesOf(u"name", ways),
+          valuesOf(u"highway", ways),
+          std::move(tags),
           road->getDirection(),
           OpenStreetMap::osmId(road->getStartNode()->getID()),
           OpenStreetMap::osmId(road->getEndNode()->getID()),
           roadLength(road),
-          std::move(wayIds),
+          wayIdsOf(road, importer_),
           road->getCentersY().values(),
           road->getCentersX().values(),
           elevations,
           std::all_of(elevations.begin(), elevations.end(),
                       [](double elevation) { return std::isfinite(elevation); })};
+}
+
+RoadRows::RoadRows(RoadNetworkImporter const& importer) : importer_(importer) {
+  for (std::string const& key : importer.options.tags) keys_.push_back(support::to_ustring(key));
 }
 
 std::vector<DirectedEdge> directedEdges(RoadRow const& road) {

@@ -24,8 +24,11 @@ struct NodeRow {
 
 struct RoadRow {
   support::ModelId id;
-  std::string name;     ///< UTF-8 without U+0000; empty for none
-  std::string highway;  ///< the values of its ways' "highway" tags, each once, with ";" between
+  /// Of its ways' tags, UTF-8 without U+0000, empty for none: the different values in their order
+  /// along the road, with ";" between them, as OSM tags list values.
+  std::string name;
+  std::string highway;
+  std::vector<std::string> tags;  ///< of the exported keys, in their order
   velora::roadnetwork::DirectionOfTravel direction;
   OpenStreetMap::Id startNode;
   OpenStreetMap::Id endNode;
@@ -54,8 +57,18 @@ std::vector<OpenStreetMap::Id> wayIdsOf(velora::roadnetwork::Road const& road,
 
 NodeRow nodeRow(velora::roadnetwork::Node const& node);
 
-/// `importer` is the one that made the road. The row holds as long as the road.
-RoadRow roadRow(velora::roadnetwork::Road const& road, RoadNetworkImporter const& importer);
+/// Makes the rows of the roads of an importer, which must have run.
+class RoadRows {
+ public:
+  explicit RoadRows(RoadNetworkImporter const& importer);
+
+  /// The row holds as long as the road.
+  RoadRow operator()(velora::roadnetwork::Road const& road) const;
+
+ private:
+  RoadNetworkImporter const& importer_;
+  std::vector<std::u16string> keys_;
+};
 
 /// A way to travel a road, for formats that know directed edges alone.
 struct DirectedEdge {

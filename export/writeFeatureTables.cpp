@@ -46,7 +46,8 @@ void write(RoadNetworkImporter const& importer, OutputFolder const& folder, char
         driver, gdalPath(folder, nodesFile).c_str(), gdalPath(folder, roadsFile).c_str()));
     NetworkWalk walk(importer.roadNetwork, progress);
     walk.forEachNode([&](Node const& node) { tables->add(nodeRow(node)); });
-    walk.forEachRoad([&](Road const& road) { tables->add(roadRow(road, importer)); });
+    RoadRows const rows(importer);
+    walk.forEachRoad([&](Road const& road) { tables->add(rows(road)); });
     tables->finish();
   });
 }

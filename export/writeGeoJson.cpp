@@ -100,7 +100,8 @@ class GeoJsonWriter {
   template <class Action>
   void forEachRow(Action const& action) {
     walk_.forEachNode([&](Node const& node) { action(nodeRow(node)); });
-    walk_.forEachRoad([&](Road const& road) { action(roadRow(road, importer_)); });
+    RoadRows const rows(importer_);
+    walk_.forEachRoad([&](Road const& road) { action(rows(road)); });
   }
 
   void feature(NodeRow const& node) {
@@ -128,6 +129,10 @@ class GeoJsonWriter {
     json_.member("name");
     road.name.empty() ? json_.null() : json_.text(road.name);
     json_.member("highway").text(road.highway);
+    for (std::size_t i = 0; i < road.tags.size(); ++i) {
+      json_.member(importer_.options.tags[i]);
+      road.tags[i].empty() ? json_.null() : json_.text(road.tags[i]);
+    }
     json_.member("direction").integer(static_cast<int>(road.direction));
     json_.member("start_node").integer(road.startNode);
     json_.member("end_node").integer(road.endNode);

@@ -66,8 +66,9 @@ void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder,
   line(links, "link_id", "name", "from_node_id", "to_node_id", "directed", "dir_flag", "length",
        "facility_type", "road_id", "osm_way_ids", "geometry");
   std::int64_t linkId = 0;
+  RoadRows const rows(importer);
   walk.forEachRoad([&](Road const& road) {
-    RoadRow const row = roadRow(road, importer);
+    RoadRow const row = rows(road);
     auto const roadId = static_cast<std::int64_t>(row.id);
     std::string const wayIds = row.wayIdText();
     for (DirectedEdge const& edge : directedEdges(row)) {

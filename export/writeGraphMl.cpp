@@ -80,8 +80,9 @@ class GraphMlWriter {
     data("crs", coordinateReferenceSystem);
     NetworkWalk walk(importer_.roadNetwork, progress);
     walk.forEachNode([&](Node const& node) { writeNode(nodeRow(node)); });
+    RoadRows const rows(importer_);
     walk.forEachRoad([&](Road const& road) {
-      RoadRow const row = roadRow(road, importer_);
+      RoadRow const row = rows(road);
       for (DirectedEdge const& edge : directedEdges(row)) writeEdge(row, edge);
     });
     file_.write("</graph>\n</graphml>\n");

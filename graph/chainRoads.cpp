@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "graph/JoinedName.hpp"
+#include "graph/mayJoin.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/walk.hpp"
 #include "support/IdMap.hpp"
@@ -32,11 +33,13 @@ bool isPassThrough(RoadNetwork const& network, Node const& node) {
          !network->departuresFrom(node->getID()).empty();
 }
 
-std::vector<Node> collectCandidates(RoadNetwork const& network) {
+std::vector<Node> collectCandidates(RoadNetworkImporter const& importer) {
+  RoadNetwork const& network = importer.roadNetwork;
+  MayJoin const mayJoin(importer);
   std::vector<Node> candidates;
   candidates.reserve(network->getNodes().size());
   forEachNode(*network.get(), [&](Node const& node) {
-    if (isPassThrough(network, node)) candidates.push_back(node);
+    if (isPassThrough(network, node) && mayJoin(node)) candidates.push_back(node);
   });
   return candidates;
 }
@@ -264,12 +267,25 @@ class ChainPlan {
     return line;
   }
 
+  void recordPieces(std::size_t chain, std::vector<Piece> const& pieces) {
+    std::vector<RoadPiece> record;
+    record.reserve(pieces.size());
+    for (Piece const& piece : pieces) {
+      auto const& way = ways_[piece.road];
+      if (!way) return;
+      record.push_back({&importer_.reader.ways.at(*way),
+                        roads_[piece.road]->getCentersX().values().size(), piece.reversed});
+    }
+    importer_.roadPieces.add(idOf(chain), record);
+  }
+
   void prepareChain(std::size_t number) {
     Chain const& chain = chains_[number];
     std::vector<Piece> const pieces = piecesOf(number);
     results_.push_back({number, joinLines(pieces, &RoadImpl::getCentersX),
                         joinLines(pieces, &RoadImpl::getCentersY), chain.weight,
                         chain.name->text()});
+    recordPieces(number, pieces);
     for (Side const side : {start, end}) {
       OuterEnd const& outer = chain.outerEnds[side];
       if (outer.join == 0) continue;
@@ -295,7 +311,7 @@ class ChainPlan {
 
 void chainRoads(RoadNetworkImporter& importer) {
   // Fixed before any join: a Node that would qualify only after one stays.
-  std::vector<Node> const candidates = collectCandidates(importer.roadNetwork);
+  std::vector<Node> const candidates = collectCandidates(importer);
   ChainPlan plan(importer, candidates.size());
   for (Node const& node : candidates) plan.join(node);
   plan.prepare();

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "importer/ImportOptions.hpp"
 #include "importer/JunctionNodes.hpp"
 #include "importer/RoadJoin.hpp"
+#include "importer/RoadPieces.hpp"
 #include "importer/RoadWayIds.hpp"
 #include "model/roadnetwork/DirectionOfTravel.hpp"
 #include "model/roadnetwork/RoadNetwork.hpp"
@@ -21,9 +24,10 @@ class RoadNetworkImporter {
  public:
   /// Both handles must outlive the importer. Reads nothing.
   RoadNetworkImporter(kb::zero::Model const& hostModel,
-                      velora::roadnetwork::RoadNetwork const& hostNetwork)
-      : model(hostModel), roadNetwork(hostNetwork) {
-    reader.setSelection(roadSelection());
+                      velora::roadnetwork::RoadNetwork const& hostNetwork,
+                      ImportOptions chosen = {})
+      : model(hostModel), roadNetwork(hostNetwork), options(std::move(chosen)) {
+    reader.setSelection(roadSelection(options.tags));
   }
   RoadNetworkImporter(RoadNetworkImporter const&) = delete;
   RoadNetworkImporter& operator=(RoadNetworkImporter const&) = delete;
@@ -37,6 +41,7 @@ class RoadNetworkImporter {
 
   kb::zero::Model const& model;                         ///< where new elements are created
   velora::roadnetwork::RoadNetwork const& roadNetwork;  ///< what the import fills
+  ImportOptions const options;
   OpenStreetMap::Reader reader;
   std::vector<OpenStreetMap::Way const*> selectedWays;  ///< the ways that become roads, by id
   /// Of each selected way, in their order. Names go when the roads have them.
@@ -45,4 +50,5 @@ class RoadNetworkImporter {
   JunctionNodes junctionNodeIds;
   RoadWayIds roadWayIds;
   std::vector<RoadJoin> joins;  ///< in the order in which they were made
+  RoadPieces roadPieces;
 };

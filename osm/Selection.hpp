@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -11,9 +12,9 @@ namespace OpenStreetMap {
 struct Selection {
   /// Only ways that carry a tag of this key are kept, and the nodes under them; no relations. Empty
   /// to keep everything.
-  std::string_view wayKey;
+  std::string wayKey;
   /// The keys of the tags that are kept, of these ways; `wayKey` is one of them.
-  std::vector<std::string_view> keys;
+  std::vector<std::string> keys;
 
   bool isEverything() const noexcept { return wayKey.empty(); }
   bool keeps(std::string_view key) const noexcept {

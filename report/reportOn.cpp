@@ -39,9 +39,9 @@ void accountForWay(RoadNetworkImporter const& importer, Way const& way, ImportRe
   }
 }
 
-void checkTags(Way const& way, ImportReport& report) {
-  if (impliesOneway(way.tags)) report.impliedOneway.push_back(&way);
-  if (hasUnknownOneway(way.tags)) report.unknownOneway.push_back(&way);
+void checkTags(Way const& way, OneWays oneWays, ImportReport& report) {
+  if (oneWays == OneWays::tagged && impliesOneway(way.tags)) report.impliedOneway.push_back(&way);
+  if (hasUnknownOneway(way.tags, oneWays)) report.unknownOneway.push_back(&way);
   if (hasOddLayer(way.tags)) report.oddLayers.push_back(&way);
   if (isLevelBridge(way.tags)) report.levelBridges.push_back(&way);
 }
@@ -65,17 +65,6 @@ void findSharedNodes(RoadNetworkImporter const& importer, ImportReport& report) 
   }
 }
 
-DirectionOfTravel turned(DirectionOfTravel direction) {
-  switch (direction) {
-    case DirectionOfTravel::forward:
-      return DirectionOfTravel::backward;
-    case DirectionOfTravel::backward:
-      return DirectionOfTravel::forward;
-    default:
-      return direction;
-  }
-}
-
 std::u16string_view nameOf(Way const& way) {
   auto const found = way.tags.find(u"name");
   return found == way.tags.end() ? std::u16string_view() : std::u16string_view(found->second);
@@ -86,8 +75,9 @@ void checkJoin(RoadNetworkImporter const& importer, RoadJoin const& join, Import
   Way const& other = importer.reader.ways.at(join.ways[1]);
   ImportReport::Join const entry{join.road, &one, &other, join.node};
   if (nameOf(one) != nameOf(other)) report.differentNames.push_back(entry);
-  DirectionOfTravel const direction = wayDirection(other.tags);
-  if (wayDirection(one.tags) != (join.turned ? turned(direction) : direction)) {
+  OneWays const oneWays = importer.options.oneWays;
+  DirectionOfTravel const direction = wayDirection(other.tags, oneWays);
+  if (wayDirection(one.tags, oneWays) != (join.turned ? reversed(direction) : direction)) {
     report.droppedDirections.push_back(entry);
   }
 }
@@ -97,7 +87,8 @@ void checkJoin(RoadNetworkImporter const& importer, RoadJoin const& join, Import
 ImportReport reportOn(RoadNetworkImporter const& importer) {
   ImportReport report;
   for (Way const& way : importer.reader.ways) accountForWay(importer, way, report);
-  for (Way const* const way : importer.selectedWays) checkTags(*way, report);
+  for (Way const* const way : importer.selectedWays)
+    checkTags(*way, importer.options.oneWays, report);
   findSharedNodes(importer, report);
   for (RoadJoin const& join : importer.joins) checkJoin(importer, join, report);
   for (auto* const joins : {&report.droppedDirections, &report.differentNames}) {

@@ -1,9 +1,16 @@
 // The keys of all tags that mean something to a road network.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "osm/Selection.hpp"
 
-/// Ways that may be roads, and the tags of theirs that the files of this folder read.
-inline OpenStreetMap::Selection roadSelection() {
-  return {"highway", {"highway", "name", "oneway", "layer", "junction", "bridge", "tunnel"}};
+/// Ways that may be roads, and of their tags those that the files of this folder read, and those
+/// that are exported.
+inline OpenStreetMap::Selection roadSelection(std::vector<std::string> const& exported = {}) {
+  OpenStreetMap::Selection selection{
+      "highway", {"highway", "name", "oneway", "layer", "junction", "bridge", "tunnel"}};
+  selection.keys.insert(selection.keys.end(), exported.begin(), exported.end());
+  return selection;
 }

@@ -4,13 +4,21 @@
 #include "model/roadnetwork/DirectionOfTravel.hpp"
 #include "osm/records.hpp"
 
-/// yes or 1 is forward, -1 backward, anything else both.
-velora::roadnetwork::DirectionOfTravel wayDirection(OpenStreetMap::Tags const& tags);
+/// Which ways are one-way roads.
+enum class OneWays {
+  tagged,   ///< those that a tag of yes, 1 or -1 says so of
+  implied,  ///< those of true and reverse too, and roundabouts and motorways without a tag
+};
 
-/// Whether the tags imply a one-way road without a "oneway" tag to say so: roundabouts and
-/// motorways.
+/// Of a tag: yes or 1 is forward, -1 backward, anything else both; as implied, true is forward and
+/// reverse backward, too. Without the tag: both, but forward as implied, where it is.
+velora::roadnetwork::DirectionOfTravel wayDirection(OpenStreetMap::Tags const& tags,
+                                                    OneWays oneWays);
+
+/// Whether the tags imply a one-way road without a "oneway" tag to say so: junction=roundabout,
+/// junction=circular and highway=motorway.
 bool impliesOneway(OpenStreetMap::Tags const& tags);
 
-/// Whether the value says something that `wayDirection` has no answer for: it is none of yes, 1,
-/// -1, no, 0 and false. False without the tag.
-bool hasUnknownOneway(OpenStreetMap::Tags const& tags);
+/// Whether the value says something that `wayDirection` has no answer for: it is none of those,
+/// no, 0 and false. False without the tag.
+bool hasUnknownOneway(OpenStreetMap::Tags const& tags, OneWays oneWays);

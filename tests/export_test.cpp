@@ -7,16 +7,22 @@
 #include "export/NetworkExport.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "tests/fixture/Import.hpp"
+#include "tests/fixture/PbfFile.hpp"
 #include "tests/fixture/TemporaryFile.hpp"
 
 using testing::HasSubstr;
 
 TEST(Export, ReplacesCharactersThatTheFormatLacks) {
-  Town town("a-b");
-  town.way("ab");
-  Import const import(town);
   using namespace std::string_literals;
-  import.network->getRoads().front()->setName(u"a\0b\u0001\uFFFE\uFFFF]]>\u0085"s);
+  std::string const odd = "a\0b\u0001\uFFFE\uFFFF]]>\u0085"s;
+  TemporaryFile const pbf(
+      pbfFile(
+          "",
+          {{.nodes = {{.id = 1}, {.id = 2, .latitude = 1}},
+            .ways = {{.id = 1, .nodes = {1, 2}, .tags = {{"highway", "road"}, {"name", odd}}}}}}),
+      ".pbf");
+  Import import;
+  import.importer.run(pbf.path());
   for (auto const& [name, text] : {
            std::pair{"graphml", "<data key=\"name\">a\uFFFDb\uFFFD\uFFFD\uFFFD]]&gt;\u0085</data>"},
            std::pair{"geojson", "\"name\": \"a\uFFFDb\\u0001\uFFFE\uFFFF]]>\u0085\""},

@@ -57,18 +57,20 @@ def signed(model_id):
 
 def expected(source):
     """The network as `json` and the report tell it: nodes, and roads with all that formats hold."""
-    network = json.loads(run(source, "-o", "-").stdout)
-    report = json.loads(run(source, "-r", "-").stdout)
+    mode = ("--join", "compatible", "--oneway", "implied")
+    network = json.loads(run(source, "-o", "-", *mode).stdout)
+    report = json.loads(run(source, "-r", "-", *mode).stdout)
     ways = {road["road"]: sorted(road["ways"]) for road in report["roads"]}
-    highways = {int(way.get("id")): tag.get("v") for way in ElementTree.parse(source).iter("way")
-                for tag in way.iterfind("tag[@k='highway']")}
+    tags = {int(way.get("id")): {tag.get("k"): tag.get("v") for tag in way.iterfind("tag")}
+            for way in ElementTree.parse(source).iter("way")}
     nodes = {signed(node["id"]): coordinates([(y, x, z)]) for node in network["nodes"]
              for x, y, z in [node["position"]]}
     roads = []
     for road in network["roads"]:
         elevations = finite(road["segments"][0]["elevations"])
-        highway = ";".join(dict.fromkeys(highways[way] for way in ways[road["id"]]))
-        roads.append((road["id"], road["name"], road["direction"], signed(road["startNode"]),
+        highway, name = (";".join(dict.fromkeys(tags[way][key] for way in ways[road["id"]]
+                                                if key in tags[way])) for key in ("highway", "name"))
+        roads.append((road["id"], name or None, road["direction"], signed(road["startNode"]),
                       signed(road["endNode"]), highway, ways[road["id"]],
                       list(zip(road["centersY"], road["centersX"])), elevations))
     return nodes, roads
@@ -128,6 +130,7 @@ def edges(roads):
     """What a directed format makes of the roads."""
     result = []
     for road, name, direction, start, end, highway, ways, line, elevations in roads:
+        name = name or ""
         if direction & 1:
             result.append((road, name, start, end, highway, ways, line, elevations))
         if direction & 2:
@@ -153,7 +156,7 @@ def graphml(path):
     assert graph.is_directed() and "OpenStreetMap" in graph.graph["attribution"]
     nodes = {int(node): coordinates([(d["x"], d["y"], d.get("elevation"))])
              for node, d in graph.nodes(data=True)}
-    return nodes, sorted((d["road_id"], d["name"], int(start), int(end), d["highway"],
+    return nodes, sorted((d["road_id"], d.get("name", ""), int(start), int(end), d["highway"],
                           numbers(d["osm_way_ids"]), *coordinates(well_known_text(d["geometry"])))
                          for start, end, d in graph.edges(data=True))
 

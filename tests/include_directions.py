@@ -13,7 +13,7 @@ ALLOWED = {
     "tags": {"support", "osm", "model/roadnetwork/DirectionOfTravel.hpp"},
     "importer": {"support", "model", "osm", "tags", "ways", "graph", "segments"},
     "ways": {"support", "osm", "tags", "importer"},
-    "graph": {"support", "model", "osm", "importer"},
+    "graph": {"support", "model", "osm", "tags", "importer"},
     "segments": {"support", "model", "osm", "tags", "importer"},
     "gateway": {"support", "model", "importer"},
     "report": {"support", "model", "osm", "tags", "importer"},

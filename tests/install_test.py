@@ -46,7 +46,7 @@ def check_manuals(program, share):
     assert bash("-o", "") == bash("-q", "") == bash("") == []
 
     specs = run("zsh", "-fc", """_arguments() { print -rl -- "$@" }; _call_program() { "${@:2}" }
-        words=("$1"); source "$2" """, "zsh", program, share / "zsh/site-functions/_osm2roadnet")
+        words=("$1"); setopt extendedglob; source "$2" """, "zsh", program, share / "zsh/site-functions/_osm2roadnet")
     found = dict(re.findall(r"(?m)^\([^)]*\)(--?[\w-]+)=?(.*)", specs))
     assert found.keys() == options, specs
     for option, values in choices.items():

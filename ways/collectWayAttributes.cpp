@@ -11,6 +11,6 @@ void collectWayAttributes(RoadNetworkImporter& importer) {
   importer.wayDirections.reserve(importer.selectedWays.size());
   for (Way const* const way : importer.selectedWays) {
     importer.wayNames.emplace_back(wayName(way->id, way->tags));
-    importer.wayDirections.push_back(wayDirection(way->tags));
+    importer.wayDirections.push_back(wayDirection(way->tags, importer.options.oneWays));
   }
 }

@@ -10,4 +10,16 @@ enum class DirectionOfTravel {
   both = 3,
 };
 
+/// The same direction when the centre points are taken in the opposite order.
+constexpr DirectionOfTravel reversed(DirectionOfTravel direction) {
+  switch (direction) {
+    case DirectionOfTravel::forward:
+      return DirectionOfTravel::backward;
+    case DirectionOfTravel::backward:
+      return DirectionOfTravel::forward;
+    default:
+      return direction;
+  }
+}
+
 }  // namespace velora::roadnetwork

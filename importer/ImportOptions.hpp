@@ -1,0 +1,22 @@
+// What the caller of an import chooses.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tags/oneway.hpp"
+
+/// Which roads the chaining joins where they merely continue one another.
+enum class Joining {
+  all,
+  compatible,  ///< those that agree in all that is exported, so that nothing is lost
+  none,
+};
+
+/// The network as a host gets it, unless something else is said.
+struct ImportOptions {
+  Joining joining = Joining::all;
+  OneWays oneWays = OneWays::tagged;
+  /// The keys of the tags that are exported, next to "highway" and "name"; UTF-8.
+  std::vector<std::string> tags;
+};
