@@ -2,14 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <map>
 #include <memory>
 #include <sstream>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -131,13 +129,7 @@ void refuseSameFiles(Options const& options) {
   auto const written = [](std::optional<std::string> const& name) {
     return name == "-" ? "/dev/stdout" : name;
   };
-  // Standard input is of interest only as a file: a socket may well be both streams.
-  std::optional<std::string> read = options.input;
-  if (options.input == "-") {
-    std::error_code error;
-    read = "/dev/stdin";
-    if (!std::filesystem::is_regular_file(*read, error)) read.reset();
-  }
+  std::string const read = options.input == "-" ? "/dev/stdin" : options.input;
   refuse("--output", written(options.output), "INPUT", read);
   refuse("--report", written(options.report), "INPUT", read);
   refuse("--report", written(options.report), "--output", written(options.output));

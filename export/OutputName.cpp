@@ -62,6 +62,11 @@ OutputName::OutputName(std::string const& name, bool overwrite,
                  overwrite, S_IFDIR, usualFolderMode) {
   files_.assign(files.begin(), files.end());
   if (!exists_) return;
+  // Whoever stands in it would stay in what it was before, and see nothing of the output.
+  std::error_code error;
+  if (std::filesystem::equivalent(path_, ".", error)) {
+    fail("is the current folder, which can't be replaced");
+  }
   OtherFile const other = otherFileIn(path_.c_str());
   if (!overwrite && *other.name != '\0') failBecauseItExists();
   if (other.isThere()) failBecauseOf(other);

@@ -13,7 +13,7 @@ class OutputName {
   /// For a file. Throws when there is a file already and `overwrite` is false, or something else.
   OutputName(std::string name, bool overwrite);
   /// For a folder of `files`. An empty one may be there already. Throws like the former, and when
-  /// there is a folder that holds anything else: that would be lost.
+  /// there is a folder that holds anything else, which would be lost, or is the current one.
   OutputName(std::string const& name, bool overwrite, std::span<std::string_view const> files);
 
   /// The name as it was given, for people.
