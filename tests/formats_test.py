@@ -169,7 +169,7 @@ class Formats(unittest.TestCase):
 
     def export(self, source, ending):
         output = self.folder / f"{source.stem}.{ending}"
-        done = run(source, "-o", output, "--overwrite")
+        done = run(source, "-o", output, "--overwrite", "--quiet")
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
         return output
 
