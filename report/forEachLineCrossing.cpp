@@ -68,8 +68,8 @@ class Search {
   }
 
   bool run() {
-    constexpr std::size_t atLeast = 10'000'000;
-    constexpr std::size_t each = 100;
+    constexpr std::size_t atLeast = 4'000'000;
+    constexpr std::size_t each = 40;
     std::size_t boxes = runs_.boxes.size();
     for (auto const& [node, spokes] : spokes_) boxes += spokes.boxes.size();
     effort_ = atLeast + each * boxes;
