@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "export/attribution.hpp"
+#include "export/gdal/defaultStyles.hpp"
 
 namespace {
 
@@ -99,6 +100,7 @@ class GdalTables final : public FeatureTables {
   }
 
   void finish() override {
+    if (driver_->GetDescription() == std::string_view("GPKG")) addDefaultStyles(*nodesFile_);
     nodesFile_->CommitTransaction();
     nodesFile_.reset();
     roadsFile_.reset();
