@@ -21,5 +21,5 @@ struct ImportOptions {
   std::vector<std::string> tags;
   /// The keys of others that the output makes something of. They count like exported ones where
   /// roads are joined.
-  std::vector<std::string> usedTags;
+  std::vector<std::string> usedTags{};
 };
