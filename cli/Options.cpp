@@ -235,6 +235,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     options.import.joining = joinings.at(joining.value_or(isForExchange ? "compatible" : "all"));
     options.import.oneWays = oneWayModes.at(oneWays.value_or(isForExchange ? "implied" : "tagged"));
     checkTags(options.import.tags);
+    if (options.output) options.import.usedTags = options.format->usedTags;
     return options;
   } catch (CLI::CallForHelp const&) {
     exitCode = print(app.help());

@@ -5,6 +5,7 @@
 
 #include "export/gdal/FeatureTables.hpp"
 #include "export/loadGdal.hpp"
+#include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 
 using velora::roadnetwork::Node;
@@ -19,8 +20,9 @@ OpenFeatureTables* loadTables() {
 void write(RoadNetworkImporter const& importer, OutputFolder const& folder, char const* driver,
            std::string_view nodesFile, std::string_view roadsFile, Progress const& progress) {
   namingOutput(folder.name(), [&] {
-    std::unique_ptr<FeatureTables> const tables(loadTables()(
-        driver, gdalPath(folder, nodesFile).c_str(), gdalPath(folder, roadsFile).c_str()));
+    std::unique_ptr<FeatureTables> const tables(
+        loadTables()(driver, gdalPath(folder, nodesFile).c_str(),
+                     gdalPath(folder, roadsFile).c_str(), tagColumns(importer.options.tags)));
     NetworkWalk walk(importer.roadNetwork, progress);
     walk.forEachNode([&](Node const& node) { tables->add(nodeRow(node)); });
     RoadRows const rows(importer);

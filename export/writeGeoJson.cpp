@@ -7,6 +7,7 @@
 #include "export/JsonWriter.hpp"
 #include "export/NetworkRows.hpp"
 #include "export/geoJson.hpp"
+#include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 
 using velora::roadnetwork::Node;
@@ -26,7 +27,10 @@ std::vector<GeoLine> linesOf(RoadRow const& road) {
 class GeoJsonWriter {
  public:
   GeoJsonWriter(RoadNetworkImporter const& importer, BufferedFile& file, Progress const& progress)
-      : importer_(importer), json_(file), walk_(importer.roadNetwork, progress) {}
+      : importer_(importer),
+        tagColumns_(tagColumns(importer.options.tags)),
+        json_(file),
+        walk_(importer.roadNetwork, progress) {}
 
   void collection() {
     beginFeatureCollection(json_);
@@ -75,7 +79,7 @@ class GeoJsonWriter {
     road.name.empty() ? json_.null() : json_.text(road.name);
     json_.member("highway").text(road.highway);
     for (std::size_t i = 0; i < road.tags.size(); ++i) {
-      json_.member(importer_.options.tags[i]);
+      json_.member(tagColumns_[i]);
       road.tags[i].empty() ? json_.null() : json_.text(road.tags[i]);
     }
     json_.member("direction").integer(static_cast<int>(road.direction));
@@ -97,6 +101,7 @@ class GeoJsonWriter {
   }
 
   RoadNetworkImporter const& importer_;
+  std::vector<std::string> tagColumns_;
   JsonWriter json_;
   NetworkWalk walk_;
 };

@@ -7,11 +7,13 @@
 #include "osm/Selection.hpp"
 
 /// Ways that may be roads, and of their tags those that the files of this folder read, and those
-/// that are exported.
-inline OpenStreetMap::Selection roadSelection(std::vector<std::string> const& exported = {}) {
+/// that are exported or used otherwise.
+inline OpenStreetMap::Selection roadSelection(std::vector<std::string> const& exported = {},
+                                              std::vector<std::string> const& used = {}) {
   OpenStreetMap::Selection selection{
       "highway",
       {"highway", "name", "oneway", "layer", "junction", "bridge", "tunnel", "covered", "area"}};
   selection.keys.insert(selection.keys.end(), exported.begin(), exported.end());
+  selection.keys.insert(selection.keys.end(), used.begin(), used.end());
   return selection;
 }

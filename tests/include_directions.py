@@ -17,7 +17,7 @@ ALLOWED = {
     "segments": {"support", "model", "osm", "tags", "importer"},
     "gateway": {"support", "model", "importer"},
     "report": {"support", "model", "osm", "tags", "importer"},
-    "export": {"support", "model", "osm", "importer", "report"},
+    "export": {"support", "model", "osm", "tags", "importer", "report"},
     "cli": {"support", "model", "osm", "importer", "report", "export"},
 }
 
