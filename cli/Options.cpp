@@ -220,12 +220,12 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     if (options.input.empty()) throw CLI::ValidationError("INPUT", "the name is empty");
     if (options.output == "") throw CLI::ValidationError("--output", "the name is empty");
     if (options.report == "") throw CLI::ValidationError("--report", "the name is empty");
+    refuseSameFiles(options);
     if (options.report && !ReportExport::knows(*options.report)) {
       throw CLI::ValidationError("--report", "can't tell the format from the name \"" +
                                                  *options.report + "\"; it may end in " +
                                                  std::string(ReportExport::endings));
     }
-    refuseSameFiles(options);
     bool const byEnding = options.output && format->empty() && *options.output != "-";
     options.format = byEnding ? &formatOf(*options.output) : formatNamed(formatName);
     if (options.output == "-" && !options.format->isStream()) {

@@ -51,14 +51,14 @@ class Arguments(CommandLine):
             done = self.run_on(argument)
             self.assertEqual((done.returncode, done.stderr), (0, b""))
             self.assertRegex(done.stdout, pattern)
-        network = "82 Nodes, 113 Roads (joined, tagged one-ways), 3 places to check"
+        network = "82 Nodes, 113 Roads (joined, tagged one-ways), 16 places to check"
         hint = " (--report FILE lists them)"
         empty = self.file("empty.osm")
         for source, *arguments, said in (
                 (EXAMPLE, "-o", "a.JSON", f"a.JSON: {network}{hint}\n"),
                 (EXAMPLE, "-o", "-", f"standard output: {network}{hint}\n"),
                 (EXAMPLE, "-o", "a.GraphML", "--join", "none", f"a.GraphML: 99 Nodes, 130 Roads "
-                 f"(not joined, implied one-ways), 0 places to check{hint}\n"),
+                 f"(not joined, implied one-ways), 15 places to check{hint}\n"),
                 (EXAMPLE, "-o", "a", "-f", "JSON", "-r", "-", f"a: {network}\n"),
                 (EXAMPLE, "--quiet", ""), (EXAMPLE, "--quiet", "-o", "b.json", ""),
                 (empty, f"{empty}: gives no roads\n"), (empty, "-q", ""),
