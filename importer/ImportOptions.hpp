@@ -19,4 +19,6 @@ struct ImportOptions {
   OneWays oneWays = OneWays::tagged;
   /// The keys of the tags that are exported, next to "highway" and "name"; UTF-8.
   std::vector<std::string> tags;
+  /// Whether the relations that restrict turns are read, for `mapRestrictions`.
+  bool restrictions = false;
 };

@@ -27,7 +27,7 @@ class RoadNetworkImporter {
                       velora::roadnetwork::RoadNetwork const& hostNetwork,
                       ImportOptions chosen = {})
       : model(hostModel), roadNetwork(hostNetwork), options(std::move(chosen)) {
-    reader.setSelection(roadSelection(options.tags));
+    reader.setSelection(roadSelection(options.tags, options.restrictions));
   }
   RoadNetworkImporter(RoadNetworkImporter const&) = delete;
   RoadNetworkImporter& operator=(RoadNetworkImporter const&) = delete;
