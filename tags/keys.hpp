@@ -10,8 +10,9 @@
 /// that are exported; also turn restrictions, if they are wanted.
 inline OpenStreetMap::Selection roadSelection(std::vector<std::string> const& exported = {},
                                               bool withRestrictions = false) {
-  OpenStreetMap::Selection selection{
-      "highway", {"highway", "name", "oneway", "layer", "junction", "bridge", "tunnel"}};
+  OpenStreetMap::Selection selection;
+  selection.wayKey = "highway";
+  selection.keys = {"highway", "name", "oneway", "layer", "junction", "bridge", "tunnel"};
   selection.keys.insert(selection.keys.end(), exported.begin(), exported.end());
   if (withRestrictions) {
     selection.relationType = "restriction";
