@@ -5,15 +5,13 @@
 #include <boost/asio/packaged_task.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/thread_pool.hpp>
+#include <boost/system/system_error.hpp>
 #include <csignal>
 #include <cstddef>
 #include <future>
 #include <memory>
-#include <string>
-#include <system_error>
 #include <vector>
 
-#include "osm/decode/DecodeError.hpp"
 #include "osm/decode/PbfFile.hpp"
 
 using OpenStreetMap::PbfFile;
@@ -36,9 +34,21 @@ class NoSignals {
   sigset_t before_{};
 };
 
-std::unique_ptr<boost::asio::thread_pool> startWorkers(unsigned count) {
+// A pool each, because a pool does not come to an end when it can't start all of its threads.
+using Workers = std::vector<std::unique_ptr<boost::asio::thread_pool>>;
+
+// As many as there are to be had.
+Workers startWorkers(std::size_t count) {
   NoSignals const inThem;
-  return std::make_unique<boost::asio::thread_pool>(count);
+  Workers workers;
+  workers.reserve(count);
+  try {
+    while (workers.size() < count) {
+      workers.push_back(std::make_unique<boost::asio::thread_pool>(1));
+    }
+  } catch (boost::system::system_error const&) {  // it is only faster with more
+  }
+  return workers;
 }
 
 // Each thread takes some.
@@ -48,13 +58,14 @@ bool isAddressSpaceLimited() {
 }
 
 // This thread reads and decodes; the others unpack the blobs ahead of it.
-void run(PbfFile& file, unsigned threads) {
+void run(PbfFile& file, std::size_t threads) {
   struct Ahead {
     PbfFile::Blob blob;
     std::future<void> isUnpacked;
   };
-  std::vector<Ahead> ring(2 * std::size_t{threads});
-  auto const workers = startWorkers(threads - 1);  // end before what they work on
+  std::vector<Ahead> ring(2 * threads);
+  Workers const workers = startWorkers(threads - 1);  // end before what they work on
+  if (workers.empty()) return OpenStreetMap::decodeOneByOne(file);
   std::size_t read = 0;
   bool isMore = true;
   for (std::size_t decoded = 0; isMore || decoded < read; ++decoded) {
@@ -63,7 +74,8 @@ void run(PbfFile& file, unsigned threads) {
       isMore = file.read(next.blob);
       if (!isMore) break;
       next.isUnpacked = boost::asio::post(
-          *workers, std::packaged_task<void()>([&blob = next.blob] { PbfFile::unpack(blob); }));
+          *workers[read % workers.size()],
+          std::packaged_task<void()>([&blob = next.blob] { PbfFile::unpack(blob); }));
     }
     if (decoded == read) return;
     Ahead& next = ring[decoded % ring.size()];
@@ -76,11 +88,5 @@ void run(PbfFile& file, unsigned threads) {
 
 OpenStreetMap::PbfRunner decodeInParallel(unsigned threads) {
   if (threads <= 1 || isAddressSpaceLimited()) return OpenStreetMap::decodeOneByOne;
-  return [threads](PbfFile& file) {
-    try {
-      run(file, threads);
-    } catch (std::system_error const& error) {  // a blob throws DecodeError
-      throw OpenStreetMap::DecodeError{"", std::string("--threads: ") + error.what()};
-    }
-  };
+  return [threads](PbfFile& file) { run(file, threads); };
 }

@@ -3,6 +3,6 @@
 
 #include "osm/PbfRunner.hpp"
 
-/// A PbfRunner that works on this many threads, at least one; on one alone where the process may
-/// have only so much address space.
+/// A PbfRunner that works on this many threads, at least one, or on as many as there are to be had;
+/// on one alone where the process may have only so much address space.
 OpenStreetMap::PbfRunner decodeInParallel(unsigned threads);
