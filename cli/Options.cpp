@@ -175,6 +175,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     options.import.oneWays = oneWayModes.at(oneWays.value_or(isForExchange ? "implied" : "tagged"));
     options.import.restrictions = isForExchange || options.report;
     checkTags(options.import.tags);
+    if (options.output) options.import.usedTags = options.format->usedTags;
     return options;
   } catch (CLI::CallForHelp const&) {
     exitCode = print(app.help());

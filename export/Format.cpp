@@ -26,7 +26,9 @@ std::span<Format const> formats() {
              requireGdal}},
       {{"gmns"},
        "GMNS, a folder of CSV",
-       Files{writeGmns, {gmnsConfig, gmnsLinks, gmnsNodes}, OutputFolder::Result::folder}},
+       Files{writeGmns, {gmnsConfig, gmnsLinks, gmnsNodes, gmnsUses}, OutputFolder::Result::folder},
+       true,
+       gmnsTags()},
       {{"graphml"}, "GraphML", Stream{writeGraphMl}},
   };
   return all;

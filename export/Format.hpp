@@ -32,6 +32,8 @@ struct Format {
   /// For people and tools, rather than the network as a host gets it: unless something else is
   /// asked for, only compatible roads are joined, and one-ways that are implied are taken as such.
   bool isForExchange = true;
+  /// The keys of the tags from which it makes columns of its own.
+  std::vector<std::string> usedTags{};
 
   std::string_view name() const { return endings.front(); }
   bool isStream() const { return std::holds_alternative<Stream>(output); }

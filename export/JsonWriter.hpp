@@ -23,13 +23,12 @@ class JsonWriter {
 
   /// The next member of an object. Its value follows.
   JsonWriter& member(std::string_view name) {
-    output_.write(isFirst_ ? "\"" : ", \"");
+    if (!isFirst_) output_.write(", ");
     return named(name);
   }
   /// The same on a new line.
   JsonWriter& memberLine(std::string_view name) {
     newLine();
-    output_.write("\"");
     return named(name);
   }
   /// The next item of a list. Its value follows.
@@ -124,8 +123,8 @@ class JsonWriter {
   }
 
   JsonWriter& named(std::string_view name) {
-    output_.write(name);
-    output_.write("\": ");
+    text(name);
+    output_.write(": ");
     isFirst_ = false;
     return *this;
   }

@@ -10,7 +10,6 @@
 #include "support/ustring.hpp"
 
 using OpenStreetMap::Id;
-using OpenStreetMap::Way;
 using velora::roadnetwork::DirectionOfTravel;
 using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
@@ -25,12 +24,12 @@ std::string exchangeable(std::u16string_view text) {
 }
 
 // The different values along a road.
-std::string valuesOf(std::u16string_view key, std::span<Way const* const> ways) {
+std::string valuesOf(std::u16string_view key, std::span<RoadPiece const> pieces) {
   std::vector<std::u16string_view> values;
   std::u16string joined;
-  for (Way const* const way : ways) {
-    auto const tag = way->tags.find(key);
-    if (tag == way->tags.end()) continue;
+  for (RoadPiece const& piece : pieces) {
+    auto const tag = piece.way->tags.find(key);
+    if (tag == piece.way->tags.end()) continue;
     std::u16string_view const value = tag->second;
     if (std::find(values.begin(), values.end(), value) != values.end()) continue;
     if (!values.empty()) joined += u';';
@@ -71,22 +70,23 @@ NodeRow nodeRow(Node const& node) {
 }
 
 RoadRow RoadRows::operator()(Road const& road) const {
-  std::vector<Way const*> ways;
-  forEachPiece(*road.get(), importer_, [&](RoadPiece const& piece) { ways.push_back(piece.way); });
+  std::vector<RoadPiece> pieces;
+  forEachPiece(*road.get(), importer_, [&](RoadPiece const& piece) { pieces.push_back(piece); });
   std::vector<std::string> tags;
   tags.reserve(keys_.size());
-  for (std::u16string const& key : keys_) tags.push_back(valuesOf(key, ways));
+  for (std::u16string const& key : keys_) tags.push_back(valuesOf(key, pieces));
   std::span<double const> const elevations =
       (*road->getRoadSegments().begin())->getElevations().values();
   return {road->getID(),
-          valuesOf(u"name", ways),
-          valuesOf(u"highway", ways),
+          valuesOf(u"name", pieces),
+          valuesOf(u"highway", pieces),
           std::move(tags),
           road->getDirection(),
           OpenStreetMap::osmId(road->getStartNode()->getID()),
           OpenStreetMap::osmId(road->getEndNode()->getID()),
           roadLength(road),
           wayIdsOf(road, importer_),
+          std::move(pieces),
           road->getCentersY().values(),
           road->getCentersX().values(),
           elevations,
@@ -101,10 +101,10 @@ RoadRows::RoadRows(RoadNetworkImporter const& importer) : importer_(importer) {
 std::vector<DirectedEdge> directedEdges(RoadRow const& road) {
   std::vector<DirectedEdge> edges;
   if (road.direction != DirectionOfTravel::backward) {
-    edges.push_back({road.startNode, road.endNode, wellKnownText(road, false)});
+    edges.push_back({road.startNode, road.endNode, false, wellKnownText(road, false)});
   }
   if (road.direction != DirectionOfTravel::forward) {
-    edges.push_back({road.endNode, road.startNode, wellKnownText(road, true)});
+    edges.push_back({road.endNode, road.startNode, true, wellKnownText(road, true)});
   }
   return edges;
 }

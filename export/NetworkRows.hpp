@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "export/NumberText.hpp"
+#include "importer/RoadPieces.hpp"
 #include "model/roadnetwork/DirectionOfTravel.hpp"
 #include "model/roadnetwork/Node.hpp"
 #include "model/roadnetwork/Road.hpp"
@@ -34,6 +35,7 @@ struct RoadRow {
   OpenStreetMap::Id endNode;
   double length;                          ///< metres, see roadLength
   std::vector<OpenStreetMap::Id> wayIds;  ///< see wayIdsOf
+  std::vector<RoadPiece> pieces;          ///< along the road, at least one
   /// The centre line from the start to the end node, as many of each; views into the road.
   std::span<double const> longitudes;
   std::span<double const> latitudes;
@@ -74,6 +76,7 @@ class RoadRows {
 struct DirectedEdge {
   OpenStreetMap::Id from;
   OpenStreetMap::Id to;
+  bool isBackward;  ///< from the road's end to its start
   /// From `from` to `to` as well-known text (ISO 19125 with Z): LINESTRING Z (longitude latitude
   /// elevation, ...), or LINESTRING (longitude latitude, ...) where elevations are not all finite.
   std::string geometry;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "export/gdal/FeatureTables.hpp"
+#include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 
 using velora::roadnetwork::Node;
@@ -42,8 +43,9 @@ void naming(std::string const& output, Action const& action) {
 void write(RoadNetworkImporter const& importer, OutputFolder const& folder, char const* driver,
            std::string_view nodesFile, std::string_view roadsFile, Progress const& progress) {
   naming(folder.name(), [&] {
-    std::unique_ptr<FeatureTables> const tables(loadGdal()(
-        driver, gdalPath(folder, nodesFile).c_str(), gdalPath(folder, roadsFile).c_str()));
+    std::unique_ptr<FeatureTables> const tables(
+        loadGdal()(driver, gdalPath(folder, nodesFile).c_str(), gdalPath(folder, roadsFile).c_str(),
+                   tagColumns(importer.options.tags)));
     NetworkWalk walk(importer.roadNetwork, progress);
     walk.forEachNode([&](Node const& node) { tables->add(nodeRow(node)); });
     RoadRows const rows(importer);

@@ -8,6 +8,7 @@
 #include "export/JsonWriter.hpp"
 #include "export/NetworkRows.hpp"
 #include "export/attribution.hpp"
+#include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 
 using velora::roadnetwork::Node;
@@ -70,7 +71,10 @@ std::vector<Line> linesOf(RoadRow const& road) {
 class GeoJsonWriter {
  public:
   GeoJsonWriter(RoadNetworkImporter const& importer, BufferedFile& file, Progress const& progress)
-      : importer_(importer), json_(file), walk_(importer.roadNetwork, progress) {}
+      : importer_(importer),
+        tagColumns_(tagColumns(importer.options.tags)),
+        json_(file),
+        walk_(importer.roadNetwork, progress) {}
 
   void collection() {
     json_.beginObject();
@@ -130,7 +134,7 @@ class GeoJsonWriter {
     road.name.empty() ? json_.null() : json_.text(road.name);
     json_.member("highway").text(road.highway);
     for (std::size_t i = 0; i < road.tags.size(); ++i) {
-      json_.member(importer_.options.tags[i]);
+      json_.member(tagColumns_[i]);
       road.tags[i].empty() ? json_.null() : json_.text(road.tags[i]);
     }
     json_.member("direction").integer(static_cast<int>(road.direction));
@@ -162,6 +166,7 @@ class GeoJsonWriter {
   }
 
   RoadNetworkImporter const& importer_;
+  std::vector<std::string> tagColumns_;
   JsonWriter json_;
   NetworkWalk walk_;
 };

@@ -46,7 +46,8 @@ std::optional<OpenStreetMap::DecodeError> decode(std::string_view bytes,
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   std::string_view const bytes(reinterpret_cast<char const*>(data), size);
   Tables all, kept;
-  OpenStreetMap::Selection const selection = roadSelection({}, true);
+  OpenStreetMap::Selection selection = roadSelection();
+  addRestrictions(selection);
   OpenStreetMap::WayFiller roads(kept.storage, kept.ways, kept.relations, selection);
   auto const error = decode(bytes, all.filler);
   auto const sameError = decode(bytes, roads);

@@ -37,9 +37,11 @@ bool haveSame(Tags const& one, Tags const& other, std::u16string_view key) {
 
 MayJoin::MayJoin(RoadNetworkImporter const& importer) : importer_(importer) {
   keys_ = {{u"highway", false}, {u"name", false}};
-  for (std::string const& tag : importer.options.tags) {
-    std::u16string const key = support::to_ustring(tag);
-    keys_.push_back({key, isDirectional(key)});
+  for (auto const* const tags : {&importer.options.tags, &importer.options.usedTags}) {
+    for (std::string const& tag : *tags) {
+      std::u16string const key = support::to_ustring(tag);
+      keys_.push_back({key, isDirectional(key)});
+    }
   }
 }
 

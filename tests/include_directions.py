@@ -18,7 +18,7 @@ ALLOWED = {
     "gateway": {"support", "model", "importer"},
     "turns": {"support", "model", "osm", "tags", "importer"},
     "report": {"support", "model", "osm", "tags", "importer", "turns"},
-    "export": {"support", "model", "osm", "importer", "turns", "report"},
+    "export": {"support", "model", "osm", "tags", "importer", "turns", "report"},
     "cli": {"support", "model", "osm", "importer", "report", "export"},
 }
 

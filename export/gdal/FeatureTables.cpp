@@ -6,6 +6,8 @@
 
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "export/attribution.hpp"
 
@@ -35,7 +37,8 @@ class ErrorLog {
 
 class GdalTables final : public FeatureTables {
  public:
-  GdalTables(char const* driverName, char const* nodesPath, char const* roadsPath)
+  GdalTables(char const* driverName, char const* nodesPath, char const* roadsPath,
+             std::vector<std::string> const& tagColumns)
       : nodesPath_(nodesPath), roadsPath_(roadsPath) {
     for (auto const& [key, value] : {
              std::pair{"GDAL_NUM_THREADS", "1"},
@@ -57,16 +60,13 @@ class GdalTables final : public FeatureTables {
     if (roadsPath_ != nodesPath_) roadsFile_ = create(roadsPath_);
     GDALDataset& roadsFile = roadsFile_ ? *roadsFile_ : *nodesFile_;
 
+    std::vector<Field> roadFields{{"road_id", OFTInteger64},    {"name", OFTString},
+                                  {"highway", OFTString},       {"direction", OFTInteger},
+                                  {"start_node", OFTInteger64}, {"end_node", OFTInteger64},
+                                  {"length", OFTReal},          {"osm_way_ids", OFTString}};
+    for (std::string const& column : tagColumns) roadFields.push_back({column.c_str(), OFTString});
     nodes_ = addLayer(*nodesFile_, "nodes", wkbPoint25D, {{"node_id", OFTInteger64}});
-    roads_ = addLayer(roadsFile, "roads", wkbLineString25D,
-                      {{"road_id", OFTInteger64},
-                       {"name", OFTString},
-                       {"highway", OFTString},
-                       {"direction", OFTInteger},
-                       {"start_node", OFTInteger64},
-                       {"end_node", OFTInteger64},
-                       {"length", OFTReal},
-                       {"osm_way_ids", OFTString}});
+    roads_ = addLayer(roadsFile, "roads", wkbLineString25D, roadFields);
     node_.reset(OGRFeature::CreateFeature(nodes_->GetLayerDefn()));
     road_.reset(OGRFeature::CreateFeature(roads_->GetLayerDefn()));
     node_->SetGeometryDirectly(new OGRPoint(0.0, 0.0, 0.0));
@@ -91,6 +91,7 @@ class GdalTables final : public FeatureTables {
     road_->SetField(field++, static_cast<GIntBig>(row.endNode));
     road_->SetField(field++, row.length);
     setText(field++, row.wayIdText());
+    for (std::string const& value : row.tags) setText(field++, value);
     road_->GetGeometryRef()->toLineString()->setPoints(static_cast<int>(row.longitudes.size()),
                                                        row.longitudes.data(), row.latitudes.data(),
                                                        row.elevations.data());
@@ -127,7 +128,7 @@ class GdalTables final : public FeatureTables {
   }
 
   OGRLayer* addLayer(GDALDataset& file, char const* name, OGRwkbGeometryType type,
-                     std::initializer_list<Field> fields) {
+                     std::vector<Field> const& fields) {
     OGRSpatialReference wgs84;
     wgs84.SetWellKnownGeogCS("WGS84");
     wgs84.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
@@ -184,6 +185,7 @@ class GdalTables final : public FeatureTables {
 
 }  // namespace
 
-FeatureTables* openFeatureTables(char const* driver, char const* nodesPath, char const* roadsPath) {
-  return new GdalTables(driver, nodesPath, roadsPath);
+FeatureTables* openFeatureTables(char const* driver, char const* nodesPath, char const* roadsPath,
+                                 std::vector<std::string> const& tagColumns) {
+  return new GdalTables(driver, nodesPath, roadsPath, tagColumns);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "export/NetworkRows.hpp"
 
@@ -21,8 +22,9 @@ class FeatureTables {
 };
 
 /// What the library exports: tables in new files that GDAL's driver of that name makes. Both paths
-/// may be the same where the driver puts more than one table into a file. The caller deletes the
-/// result.
+/// may be the same where the driver puts more than one table into a file. `tagColumns` are the
+/// names of the columns for the roads' tags. The caller deletes the result.
 extern "C" FeatureTables* openFeatureTables(char const* driver, char const* nodesPath,
-                                            char const* roadsPath);
+                                            char const* roadsPath,
+                                            std::vector<std::string> const& tagColumns);
 using OpenFeatureTables = decltype(openFeatureTables);
