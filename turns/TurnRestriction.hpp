@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "model/roadnetwork/Road.hpp"
 #include "osm/records.hpp"
 #include "support/ModelId.hpp"
 
@@ -20,8 +21,8 @@ struct RestrictionRule {
 
 /// One of the two ends of a road.
 struct RoadEnd {
-  support::ModelId road;
-  bool isEnd;  ///< or the start
+  velora::roadnetwork::RoadImpl const* road = nullptr;
+  bool isEnd = false;  ///< or the start
 };
 
 /// Who comes from one road must not go on to another, or, if the kind begins with "only", must not

@@ -41,7 +41,7 @@ class RouteFinder {
       auto const* const via = pick(after.way->id, stops_[i].node, after.isAlong, Travel::departing);
       if (via == nullptr) return reason_;
       if (via->farNode != stops_[i + 1].node) return UnmappedReason::loop;
-      route_.viaRoads.push_back(via->end.road);
+      route_.viaRoads.push_back(via->end.road->getID());
     }
     auto const* const to =
         last.after == nullptr
@@ -119,7 +119,7 @@ class RouteFinder {
   RoadNetworkImporter const& importer_;
   WayEnds const& ends_;
   std::vector<Stop> stops_;
-  TurnRoute route_{};
+  TurnRoute route_;
   UnmappedReason reason_ = UnmappedReason::notConnected;  // why the last `pick` failed
 };
 

@@ -24,22 +24,16 @@ WayEnds::WayEnds(RoadNetworkImporter const& importer, support::IdSet const& ways
     bool const forward = road->getDirection() != DirectionOfTravel::backward;
     bool const backward = road->getDirection() != DirectionOfTravel::forward;
     if (ways.contains(first->way->id)) {
-      ends_.push_back({first->way->id,
-                       start,
-                       !first->isReversed,
-                       {road->getID(), false},
-                       backward,
-                       forward,
-                       end});
+      ends_.push_back(
+          {first->way->id, start, !first->isReversed, {road.get(), false}, backward, forward, end});
     }
     if (ways.contains(last->way->id)) {
       ends_.push_back(
-          {last->way->id, end, last->isReversed, {road->getID(), true}, forward, backward, start});
+          {last->way->id, end, last->isReversed, {road.get(), true}, forward, backward, start});
     }
   }
   std::sort(ends_.begin(), ends_.end(), [](WayEnd const& a, WayEnd const& b) {
-    return std::tie(a.way, a.node, a.end.road, a.end.isEnd) <
-           std::tie(b.way, b.node, b.end.road, b.end.isEnd);
+    return std::tie(a.way, a.node) < std::tie(b.way, b.node);
   });
 }
 
