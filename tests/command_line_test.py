@@ -22,7 +22,9 @@ EXTRACT = EXAMPLE.parents[2] / "shared" / "data" / "extracts" / "columbus.osm.pb
 MAKE_FILE = EXAMPLE.parent.parent / "bench" / "make_file.py"
 ENDINGS = ["json", "geojson", "geojsonl", "gpkg", "fgb", "gmns", "graphml"]
 STREAMS = ["json", "geojson", "geojsonl", "graphml"]  # what can go to standard output
-FOLDERS = {"gmns": ["config.csv", "link.csv", "node.csv"], "fgb": ["nodes.fgb", "roads.fgb"]}
+FOLDERS = {"gmns": ["config.csv", "link.csv", "movement.csv", "node.csv", "restriction.csv",
+                    "use_definition.csv"],
+           "fgb": ["nodes.fgb", "restrictions.fgb", "roads.fgb"]}
 
 
 def limited(kind, size):

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "export/attribution.hpp"
+#include "export/gdal/defaultStyles.hpp"
 
 namespace {
 
@@ -128,6 +129,9 @@ class GdalTables final : public FeatureTables {
   }
 
   void finish() override {
+    if (driver_->GetDescription() == std::string_view("GPKG")) {
+      addDefaultStyles(*files_.front().dataset);
+    }
     for (File& file : files_) {
       file.dataset->CommitTransaction();
       file.dataset.reset();
