@@ -5,6 +5,7 @@
 #include <iomanip>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -43,20 +44,56 @@ void checkTags(std::vector<std::string>& tags) {
   }
 }
 
+// "-o, --output FILE", as other programs have it and as those expect it that read --help.
+struct HelpFormatter : CLI::Formatter {
+  HelpFormatter() {
+    column_width(28);
+    label("REQUIRED", "");
+    label("Positionals", "Arguments");
+    label("TEXT", "");
+  }
+  std::string make_option_name(CLI::Option const* option, bool isPositional) const override {
+    std::string names = Formatter::make_option_name(option, isPositional);
+    std::size_t const comma = names.find(',');
+    return comma == std::string::npos ? names : names.insert(comma + 1, " ");
+  }
+};
+
+std::string namesOfFormats() {
+  std::string names;
+  for (Format const& format : formats()) {
+    for (std::string_view const name : format.endings) {
+      (names += names.empty() ? "" : ", ") += name;
+    }
+  }
+  return names;
+}
+
+// In any case, or null.
+Format const* formatNamed(std::string name) {
+  for (char& letter : name) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return findFormat(name);
+}
+
 // The format that a file name's ending asks for.
 Format const& formatOf(std::string const& output) {
   std::string const name = output.substr(0, output.find_last_not_of('/') + 1);
   std::size_t const dot = name.rfind('.');
-  auto const* const format = findFormat(dot == std::string::npos ? "" : name.substr(dot + 1));
+  auto const* const format = formatNamed(dot == std::string::npos ? "" : name.substr(dot + 1));
   if (format == nullptr) {
     throw CLI::ValidationError("--output", "can't tell the format from the name \"" + output +
-                                               "\"; give one with --format");
+                                               "\"; it may end in " + namesOfFormats() +
+                                               ", or give one of these with --format");
   }
   return *format;
 }
 
 std::string checkFormat(std::string const& name) {
-  return findFormat(name) != nullptr ? "" : "there is no format \"" + name + "\"";
+  return formatNamed(name) != nullptr
+             ? ""
+             : "there is no format \"" + name + "\"; there are " + namesOfFormats();
 }
 
 // One a line, for --help.
@@ -92,9 +129,20 @@ void refuseSameFiles(Options const& options) {
   auto const written = [](std::optional<std::string> const& name) {
     return name == "-" ? "/dev/stdout" : name;
   };
-  refuse("--output", written(options.output), "INPUT", options.input);
-  refuse("--report", written(options.report), "INPUT", options.input);
+  std::string const read = options.input == "-" ? "/dev/stdin" : options.input;
+  refuse("--output", written(options.output), "INPUT", read);
+  refuse("--report", written(options.report), "INPUT", read);
   refuse("--report", written(options.report), "--output", written(options.output));
+}
+
+// Of what is left over when all options have taken theirs.
+void refuseExtras(std::vector<std::string> const& extras) {
+  if (extras.empty()) return;
+  for (std::string const& extra : extras) {
+    if (extra.starts_with('-')) throw CLI::ExtrasError("", extras);
+  }
+  throw CLI::ValidationError(
+      "INPUT", "one file at a time; \"osmium merge A B -o merged.osm.pbf\" makes one of several");
 }
 
 // Returns the exit status.
@@ -113,15 +161,18 @@ Options::Options() : threads(std::clamp(std::thread::hardware_concurrency(), 1U,
 std::optional<Options> parseOptions(int argc, char const* const* argv, int& exitCode) {
   Options options;
   CLI::App app("Imports an OpenStreetMap file and builds a road network from it.", "osm2roadnet");
-  app.set_version_flag("--version", "osm2roadnet " OSM2ROADNET_VERSION);
-  app.get_formatter()->column_width(28);
+  app.set_help_flag("-h,--help", "print this help and exit");
+  app.set_version_flag("--version", "osm2roadnet " OSM2ROADNET_VERSION,
+                       "print the version and exit");
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.allow_extras();
   app.footer("Formats, which an ending of the same name asks for, too:\n" + listOfFormats() +
              "\nWithout --output, a summary of the network goes to standard output.\n"
              "Exit status: 0 done, 1 the import or the writing failed, 2 wrong arguments.\n");
   app.add_option("INPUT", options.input,
-                 "OSM XML or PBF file; gzip and bzip2 are unpacked; told by content")
-      ->required()
-      ->type_name("");
+                 "OSM XML or PBF file, - for standard input; gzip and bzip2 are unpacked; "
+                 "told by content")
+      ->required();
   CLI::Option* const output = app.add_option("-o,--output", options.output,
                                              "write the network to this file; - is standard output")
                                   ->type_name("FILE");
@@ -129,7 +180,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   CLI::Option const* const format =
       app.add_option("-f,--format", formatName, "one of those below; default: what FILE ends in")
           ->check(checkFormat)
-          ->type_name("FORMAT")
+          ->option_text("FORMAT")
           ->needs(output);
   app.add_option("-r,--report", options.report,
                  "write what became of each way, and what to check, to this JSON file")
@@ -152,21 +203,24 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
   app.add_option("--tags", options.import.tags,
                  "export these OSM tags; default: those that most networks need")
       ->delimiter(',')
-      ->type_name("KEY,...");
+      ->allow_extra_args(false)
+      ->option_text("KEY,...");
   app.add_flag("--overwrite", options.overwrite, "replace existing outputs");
   app.add_option("--threads", options.threads,
                  "unpack PBF files on so many threads; default: one a processor, 16 at most")
       ->check(CLI::Range(1, 1024))
-      ->type_name("N");
-  app.add_flag("-q,--quiet", options.quiet, "no summary and no progress");
+      ->option_text("N");
+  app.add_flag("-q,--quiet", options.quiet,
+               "no summary, no line about what was written, no progress");
   try {
     app.parse(argc, argv);
+    refuseExtras(app.remaining());
     if (options.input.empty()) throw CLI::ValidationError("INPUT", "the name is empty");
     if (options.output == "") throw CLI::ValidationError("--output", "the name is empty");
     if (options.report == "") throw CLI::ValidationError("--report", "the name is empty");
     refuseSameFiles(options);
     bool const byEnding = options.output && format->empty() && *options.output != "-";
-    options.format = byEnding ? &formatOf(*options.output) : findFormat(formatName);
+    options.format = byEnding ? &formatOf(*options.output) : formatNamed(formatName);
     if (options.output == "-" && !options.format->isStream()) {
       throw CLI::ValidationError("--output", formatName + " can't go to standard output");
     }

@@ -8,7 +8,7 @@
 #include "importer/ImportOptions.hpp"
 
 struct Options {
-  std::string input;
+  std::string input;                  ///< "-" is standard input
   std::optional<std::string> output;  ///< "-" is standard output; none asks for a summary
   Format const* format = nullptr;     ///< of the output, if there is one
   std::optional<std::string> report;  ///< "-" is standard output
@@ -18,6 +18,8 @@ struct Options {
   unsigned threads;  ///< that unpack PBF files
 
   Options();
+  /// The input's name, for people.
+  std::string inputName() const { return input == "-" ? "standard input" : input; }
 };
 
 /// Reads the arguments. When nothing is left to do, returns none, has said what there was to say,

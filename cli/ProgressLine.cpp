@@ -10,11 +10,13 @@ ProgressLine::ProgressLine(bool enabled)
     : enabled_(enabled && ::isatty(STDERR_FILENO) == 1), next_(Clock::now() + 500ms) {}
 
 void ProgressLine::reading(std::uint64_t bytesRead, std::uint64_t fileSize) {
-  if (!enabled_ || fileSize == 0) return;
-  if (bytesRead >= fileSize) {
+  constexpr std::uint64_t mebibyte = 1024 * 1024;
+  if (!enabled_) return;
+  if (fileSize != 0 && bytesRead >= fileSize) {
     if (shown_) show("building the network");
   } else if (isDue()) {
-    show("reading " + std::to_string(100 * bytesRead / fileSize) + " %");
+    show("reading " + (fileSize == 0 ? std::to_string(bytesRead / mebibyte) + " MiB"
+                                     : std::to_string(100 * bytesRead / fileSize) + " %"));
   }
 }
 

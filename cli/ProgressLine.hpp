@@ -15,7 +15,7 @@ class ProgressLine {
   ProgressLine& operator=(ProgressLine const&) = delete;
   ~ProgressLine() { wipe(); }
 
-  void reading(std::uint64_t bytesRead, std::uint64_t fileSize);
+  void reading(std::uint64_t bytesRead, std::uint64_t fileSize);  ///< see OpenStreetMap::Progress
   void writing(std::size_t done, std::size_t total);
   void wipe();
 

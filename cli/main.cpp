@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <boost/uuid/uuid.hpp>
-#include <chrono>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -13,6 +12,7 @@
 
 #include "cli/Options.hpp"
 #include "cli/ProgressLine.hpp"
+#include "cli/Stopwatch.hpp"
 #include "cli/decodeInParallel.hpp"
 #include "cli/endWhenOutOfMemory.hpp"
 #include "cli/printSummary.hpp"
@@ -24,6 +24,7 @@
 #include "importer/RoadNetworkImporter.hpp"
 #include "report/ImportReport.hpp"
 #include "support/printable.hpp"
+#include "support/ustring.hpp"
 
 namespace {
 
@@ -43,39 +44,58 @@ RoadNetworkImporter& makeImporter(ImportOptions const& options) {
   return import->importer;
 }
 
+void openInput(Options const& options, OpenStreetMap::Reader& reader) {
+  if (options.input != "-") {
+    reader.setFile(support::to_ustring(options.input));
+  } else if (::isatty(STDIN_FILENO) == 1) {  // nobody types a map
+    throw std::runtime_error(options.inputName() + ": is a terminal; send a file to it");
+  } else {
+    reader.setOpenFile(STDIN_FILENO, options.inputName());
+  }
+}
+
 void import(Options const& options) {
+  Stopwatch time;
   // Made first: an output that can't be written should not cost an import.
   std::optional<NetworkExport> output;
   if (options.output) output.emplace(*options.format, *options.output, options.overwrite);
   std::optional<OutputFile> reportFile;
   if (options.report) reportFile.emplace(*options.report, options.overwrite);
 
-  auto const start = std::chrono::steady_clock::now();
   RoadNetworkImporter& importer = makeImporter(options.import);
   ProgressLine progress(!options.quiet);
   importer.reader.setProgress([&](std::uint64_t bytesRead, std::uint64_t fileSize) {
     progress.reading(bytesRead, fileSize);
   });
   importer.reader.setPbfRunner(decodeInParallel(options.threads));
-  importer.run(options.input);
-  std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
+  openInput(options, importer.reader);
+  importer.reader.populate(importer.reader.ways);  // as the first stage would
+  time.finished("reading");
+  importer.run();
+  time.finished("network");
 
   if (output) {
     output->write(importer,
                   [&](std::size_t done, std::size_t total) { progress.writing(done, total); });
   }
   progress.wipe();
-  bool const wantsSummary = !output && options.report != "-" && !options.quiet;
   ImportReport report;
-  if (reportFile || wantsSummary) report = reportOn(importer);
+  if (reportFile || !options.quiet) report = reportOn(importer);
   if (reportFile) {
     writeReport(report, importer, reportFile->file());
     reportFile->complete();
   }
   if (output) output->commit();
   if (reportFile) reportFile->commit();
-  if (wantsSummary) {
-    printSummary(importer, report, elapsed.count(), std::cout);
+  if (options.quiet) return;
+  time.finished("checks");
+  if (importer.roadNetwork->getRoads().empty()) {
+    std::cerr << support::printable(options.inputName()) << ": gives no roads\n";
+  }
+  if (output) {
+    printWritten(options, importer, report, std::cerr);
+  } else if (options.report != "-") {
+    printSummary(importer, report, time, std::cout);
     std::cout.flush();
     if (!std::cout) throw std::runtime_error("standard output: can't write");
   }
@@ -104,7 +124,7 @@ int main(int argc, char** argv) {
     int exitCode = 0;
     std::optional<Options> const options = parseOptions(argc, argv, exitCode);
     if (!options) return exitCode;
-    input = options->input;
+    input = options->inputName();
     endWhenOutOfMemory(input);
     import(*options);
     return 0;

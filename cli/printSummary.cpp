@@ -8,10 +8,13 @@
 #include "export/roadLength.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/geographicLimits.hpp"
+#include "support/printable.hpp"
 
 using velora::roadnetwork::Road;
 
 namespace {
+
+constexpr char const* listsThem = " (--report FILE lists them)";
 
 // 1234567 as 1,234,567.
 std::string grouped(std::size_t number) {
@@ -20,13 +23,28 @@ std::string grouped(std::size_t number) {
   return digits;
 }
 
+std::string counted(std::size_t number, char const* word) {
+  return grouped(number) + ' ' + word + (number == 1 ? "" : "s");
+}
+
+char const* joined(Joining joining) {
+  switch (joining) {
+    case Joining::all:
+      return "joined";
+    case Joining::compatible:
+      return "joined where compatible";
+    default:
+      return "not joined";
+  }
+}
+
 std::ostream& row(std::ostream& out, char const* label) {
   return out << "  " << std::left << std::setw(15) << label;
 }
 
 }  // namespace
 
-void printSummary(RoadNetworkImporter const& importer, ImportReport const& report, double seconds,
+void printSummary(RoadNetworkImporter const& importer, ImportReport const& report, Stopwatch& time,
                   std::ostream& out) {
   auto const& reader = importer.reader;
   auto const& network = importer.roadNetwork;
@@ -50,16 +68,26 @@ void printSummary(RoadNetworkImporter const& importer, ImportReport const& repor
   out << std::fixed << std::setprecision(1);
   row(out, "total length") << metres / 1000.0 << " km\n";
   out << std::setprecision(7);
-  row(out, "limits");
   if (limits.empty()) {
-    out << "unknown\n";
+    row(out, "limits") << "unknown\n";
   } else {
-    out << "latitude " << limits[0] << " to " << limits[1] << ", longitude " << limits[2] << " to "
-        << limits[3] << '\n';
+    row(out, "limits") << "latitude " << limits[0] << " to " << limits[1] << ", longitude "
+                       << limits[2] << " to " << limits[3] << '\n';
+    row(out, "origin") << "latitude " << origin->getLatitude() << ", longitude "
+                       << origin->getLongitude() << '\n';
   }
-  row(out, "origin") << "latitude " << origin->getLatitude() << ", longitude "
-                     << origin->getLongitude() << '\n';
-  row(out, "to check") << grouped(report.toCheck()) << " places (--report FILE lists them)\n";
-  out << std::setprecision(3);
-  row(out, "time") << seconds << " s\n";
+  row(out, "to check") << counted(report.toCheck(), "place") << listsThem << '\n';
+  time.finished("summary");
+  row(out, "time") << time.text() << '\n';
+}
+
+void printWritten(Options const& options, RoadNetworkImporter const& importer,
+                  ImportReport const& report, std::ostream& out) {
+  auto const& network = importer.roadNetwork;
+  char const* const oneWays = options.import.oneWays == OneWays::implied ? "implied" : "tagged";
+  out << (options.output == "-" ? "standard output" : support::printable(*options.output)) << ": "
+      << counted(network->getNodes().size(), "Node") << ", "
+      << counted(network->getRoads().size(), "Road") << " (" << joined(options.import.joining)
+      << ", " << oneWays << " one-ways), " << counted(report.toCheck(), "place") << " to check"
+      << (options.report ? "" : listsThem) << '\n';
 }

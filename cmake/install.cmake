@@ -1,4 +1,4 @@
-# What is installed: the program, the extension, the libraries that a host shares with it, all that
+# What is installed: the program with its manual page and completions, the extension, the libraries that a host shares with it, all that
 # a host includes, and how CMake and pkg-config find these.
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/osm2roadnet)
@@ -9,6 +9,21 @@ install(TARGETS road_model host_array importOSMRoadNetworkImpl EXPORT osm2roadne
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION ${header_dir})
 if(OSM2ROADNET_PROGRAM)
   install(TARGETS osm2roadnet road_export_gdal LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+
+  # The manual page is what --help says, without the date of the build.
+  find_program(HELP2MAN help2man REQUIRED)
+  add_custom_command(
+    OUTPUT osm2roadnet.1
+    COMMAND ${HELP2MAN} --no-info --name ${PROJECT_DESCRIPTION} --output osm2roadnet.1
+            $<TARGET_FILE:osm2roadnet>
+    COMMAND sed -i "/^.TH/s/\"[A-Z][a-z]* [0-9]*\"/\"\"/" osm2roadnet.1
+    DEPENDS osm2roadnet VERBATIM)
+  add_custom_target(manual_page ALL DEPENDS osm2roadnet.1)
+  install(FILES ${PROJECT_BINARY_DIR}/osm2roadnet.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES cli/completion/osm2roadnet.bash RENAME osm2roadnet
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES cli/completion/_osm2roadnet
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 endif()
 
 foreach(folder gateway model)

@@ -45,7 +45,7 @@ bool renameAndKeep(char const* from, char const* to) {
 
 }  // namespace
 
-// The first in a folder that is none of its files, or why that can't be told.
+// The first in a folder that may not be replaced, or why that can't be told.
 struct OutputName::OtherFile {
   char name[NAME_MAX + 1] = "";
   int error = 0;
@@ -62,7 +62,14 @@ OutputName::OutputName(std::string const& name, bool overwrite,
                  overwrite, S_IFDIR, usualFolderMode) {
   files_.assign(files.begin(), files.end());
   if (!exists_) return;
-  if (OtherFile const other = otherFileIn(path_.c_str()); other.isThere()) failBecauseOf(other);
+  // Whoever stands in it would stay in what it was before, and see nothing of the output.
+  std::error_code error;
+  if (std::filesystem::equivalent(path_, ".", error)) {
+    fail("is the current folder, which can't be replaced");
+  }
+  OtherFile const other = otherFileIn(path_.c_str());
+  if (!overwrite && *other.name != '\0') failBecauseItExists();
+  if (other.isThere()) failBecauseOf(other);
   if (::access(path_.c_str(), W_OK | X_OK) != 0) throwCantWrite(name_);
 }
 
@@ -83,7 +90,7 @@ OutputName::OutputName(std::string name, bool overwrite, unsigned kind, unsigned
     if (S_ISDIR(status.st_mode)) fail("is a directory");
     fail(kind == S_IFDIR ? "is not a directory" : "is not a regular file");
   }
-  if (!overwrite_) fail("exists already; --overwrite replaces it");
+  if (!overwrite_ && kind != S_IFDIR) failBecauseItExists();
   path_ = std::filesystem::canonical(path_).string();
   mode_ = status.st_mode & permissions;
 }
@@ -108,8 +115,10 @@ void OutputName::giveToFile(char const* complete) const {
 
 void OutputName::giveToFolder(char const* complete) const {
   char const* const path = path_.c_str();
-  if (!exists_) {
-    if (!renameAndKeep(complete, path)) throwCantWrite(name_);
+  if (!exists_ || !overwrite_) {  // a folder that is there must be empty for this to work
+    if (!(exists_ ? rename(complete, path, 0) : renameAndKeep(complete, path))) {
+      throwCantWrite(name_);
+    }
     return;
   }
   // Between the two exchanges, whatever ends the program would remove the folder that was there.
@@ -133,6 +142,7 @@ OutputName::OtherFile OutputName::otherFileIn(char const* folder) const {
                         if (other.isThere() || file == "." || file == "..") return;
                         struct stat status {};
                         bool const isOurs =
+                            overwrite_ &&
                             std::find(files_.begin(), files_.end(), file) != files_.end() &&
                             ::fstatat(descriptor, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
                             !S_ISDIR(status.st_mode);
@@ -141,6 +151,10 @@ OutputName::OtherFile OutputName::otherFileIn(char const* folder) const {
   if (!isRead) other.error = errno;
   if (descriptor >= 0) ::close(descriptor);
   return other;
+}
+
+void OutputName::failBecauseItExists() const {
+  fail("exists already; --overwrite replaces it");
 }
 
 void OutputName::failBecauseOf(OtherFile const& other) const {

@@ -12,8 +12,8 @@ class OutputName {
  public:
   /// For a file. Throws when there is a file already and `overwrite` is false, or something else.
   OutputName(std::string name, bool overwrite);
-  /// For a folder of `files`. Throws like the former, and when there is a folder that holds
-  /// anything else: that would be lost.
+  /// For a folder of `files`. An empty one may be there already. Throws like the former, and when
+  /// there is a folder that holds anything else, which would be lost, or is the current one.
   OutputName(std::string const& name, bool overwrite, std::span<std::string_view const> files);
 
   /// The name as it was given, for people.
@@ -35,6 +35,7 @@ class OutputName {
   void giveToFolder(char const* complete) const;
   struct OtherFile;
   OtherFile otherFileIn(char const* folder) const;
+  [[noreturn]] void failBecauseItExists() const;
   [[noreturn]] void failBecauseOf(OtherFile const& other) const;
   [[noreturn]] void fail(std::string const& reason) const;
 

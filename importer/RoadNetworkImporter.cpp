@@ -12,6 +12,10 @@
 
 void RoadNetworkImporter::run(std::string const& fileName) {
   reader.setFile(support::to_ustring(fileName));
+  run();
+}
+
+void RoadNetworkImporter::run() {
   selectedWays = selectHighwayWays(reader);
   collectWayAttributes(*this);
   createNodes(*this);

@@ -38,6 +38,8 @@ class RoadNetworkImporter {
   /// a file that can't be read, std::range_error for a name that is not UTF-8, and whatever the
   /// model throws. What the stages had written by then stays in the network.
   void run(std::string const& fileName);
+  /// The same with the file that the reader has been given.
+  void run();
 
   kb::zero::Model const& model;                         ///< where new elements are created
   velora::roadnetwork::RoadNetwork const& roadNetwork;  ///< what the import fills

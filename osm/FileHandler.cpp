@@ -11,6 +11,18 @@
 #include "support/ustring.hpp"
 
 namespace OpenStreetMap {
+namespace {
+
+struct stat statusOf(FileHandler const& file) {
+  struct stat status {};
+  if (file.descriptor < 0 || ::fstat(file.descriptor, &status) != 0) {
+    throw ReadError(file.name, "", "can't open: " + std::generic_category().message(errno));
+  }
+  if (S_ISDIR(status.st_mode)) throw ReadError(file.name, "", "is a directory");
+  return status;
+}
+
+}  // namespace
 
 void FileHandlerDeleter::operator()(FileHandler* file) const noexcept {
   ::close(file->descriptor);
@@ -28,13 +40,17 @@ FileHandle openFile(std::u16string const& path) {
   FileHandle file(new FileHandler{-1, 0, name});
   // Without O_NONBLOCK the mere opening of a pipe could wait forever.
   file->descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  struct stat status {};
-  if (file->descriptor < 0 || ::fstat(file->descriptor, &status) != 0) {
-    throw ReadError(name, "", "can't open: " + std::generic_category().message(errno));
-  }
-  if (S_ISDIR(status.st_mode)) throw ReadError(name, "", "is a directory");
+  struct stat const status = statusOf(*file);
   if (!S_ISREG(status.st_mode)) throw ReadError(name, "", "is not a regular file");
   file->size = static_cast<std::uint64_t>(status.st_size);
+  return file;
+}
+
+FileHandle useOpenFile(int descriptor, std::string const& name) {
+  FileHandle file(new FileHandler{-1, 0, name});
+  file->descriptor = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+  struct stat const status = statusOf(*file);
+  if (S_ISREG(status.st_mode)) file->size = static_cast<std::uint64_t>(status.st_size);
   return file;
 }
 

@@ -9,7 +9,7 @@ namespace OpenStreetMap {
 
 struct FileHandler {
   int descriptor;
-  std::uint64_t size;  ///< in bytes, when it was opened
+  std::uint64_t size;  ///< in bytes, when it was opened; 0 for a stream, whose size nobody knows
   std::string name;    ///< UTF-8, for messages
 };
 
@@ -24,5 +24,9 @@ using FileHandle = std::unique_ptr<FileHandler, FileHandlerDeleter>;
 /// no such file, it may not be read, it is a directory or another special file, the path holds a
 /// NUL or is not well-formed UTF-16 (such a path never opens some other file).
 FileHandle openFile(std::u16string const& path);
+
+/// For whatever is open already, a pipe for example, which will be read from where it stands. The
+/// descriptor stays the caller's. `name`, UTF-8, is for messages. Throws ReadError.
+FileHandle useOpenFile(int descriptor, std::string const& name);
 
 }  // namespace OpenStreetMap

@@ -46,6 +46,8 @@ class Reader {
 
   /// Opens a file; `path` is UTF-16. Whatever was read before is dropped. Throws ReadError.
   void setFile(std::u16string const& path);
+  /// The same with what is open already, see useOpenFile.
+  void setOpenFile(int descriptor, std::string const& name);
 
   /// What to keep of the files that are read from now on; everything, unless something else is
   /// said. Whatever that is, a file is checked as a whole, and counts and limits are those of all

@@ -1,14 +1,13 @@
 #include <algorithm>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "report/ImportReport.hpp"
-#include "support/IdMap.hpp"
 #include "tags/highway.hpp"
 #include "tags/layer.hpp"
 #include "tags/oneway.hpp"
 
-using OpenStreetMap::Id;
 using OpenStreetMap::Way;
 using velora::roadnetwork::DirectionOfTravel;
 
@@ -48,17 +47,20 @@ void checkTags(Way const& way, OneWays oneWays, ImportReport& report) {
 }
 
 void findSharedNodes(RoadNetworkImporter const& importer, ImportReport& report) {
-  struct Use {
-    Way const* way;
-    double elevation;
-  };
-  support::IdMap<Use> firstUses;
-  for (Way const* const way : importer.selectedWays) {
-    Use const use{way, wayLayerElevation(way->tags)};
-    auto const& references = way->nodeReferences;
-    for (Id const id : references.subspan(1, references.size() - 2)) {
-      Use const& first = firstUses.try_emplace(id, use).first->second;
-      if (first.elevation != use.elevation) report.sharedNodes.push_back({id, first.way, way});
+  using Number = OpenStreetMap::WayNodes::Number;
+  constexpr Number none = OpenStreetMap::WayNodes::none;
+  auto const& nodes = importer.reader.wayNodes;
+  auto const& ways = importer.selectedWays;
+  std::vector<Number> firstUses(nodes.size(), none);  // as indices into the ways
+  std::vector<double> elevations;
+  for (Number way = 0; way < ways.size(); ++way) {
+    elevations.push_back(wayLayerElevation(ways[way]->tags));
+    auto const numbers = nodes.numbersOf(*ways[way]);
+    for (std::size_t i = 1; i + 1 < numbers.size(); ++i) {
+      Number& first = firstUses[numbers[i]];
+      if (first == none) first = way;
+      if (elevations[first] == elevations[way]) continue;
+      report.sharedNodes.push_back({ways[way]->nodeReferences[i], ways[first], ways[way]});
     }
   }
 }

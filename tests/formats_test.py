@@ -198,7 +198,7 @@ class Formats(unittest.TestCase):
 
     def export(self, source, ending, keys=USUAL):
         output = self.folder / f"{source.stem}.{ending}"
-        done = run(source, "-o", output, "--overwrite", *(
+        done = run(source, "-o", output, "--overwrite", "--quiet", *(
             () if keys is USUAL else ("--tags", ",".join(keys))))
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
         return output

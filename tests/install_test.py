@@ -19,6 +19,40 @@ def run(*command, **options):
     return done.stdout
 
 
+def check_manuals(program, share):
+    """The manual page and the completions know what --help says."""
+    text = run(program, "--help")
+    options = re.findall(r"(?m)^  (?:(-\w), )?(--[\w-]+)", text)
+    options = {name for names in options for name in names if name}
+    formats = re.findall(r"(?m)^  (\w+(?:, \w+)*)  ", text.split("\nFormats")[1])
+    formats = ", ".join(formats).split(", ")
+    choices = {"-f": formats, "--format": formats}
+    choices |= {option: values.split("|")
+                for option, values in re.findall(r"(?m)^  .*?(--\w+) (\w+(?:\|\w+)+)", text)}
+    assert len(options) > 9 and len(formats) > 7
+
+    page = (share / "man/man1/osm2roadnet.1").read_text().replace("\\", "")
+    assert options <= {*re.findall(r"fB(--?[a-z-]+)fR", page)}, page
+
+    def bash(*words):
+        script = f"""source '{share}/bash-completion/completions/osm2roadnet'
+            COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _osm2roadnet "$1"
+            printf '%s\\n' "${{COMPREPLY[@]}}" """
+        return run("bash", "-c", script, "bash", program, *words).split()
+
+    assert {*bash("-")} == options and bash("--over") == ["--overwrite"]
+    for option, values in choices.items():
+        assert bash(option, "") == bash(option, "=", "") == values
+    assert bash("-o", "") == bash("-q", "") == bash("") == []
+
+    specs = run("zsh", "-fc", """_arguments() { print -rl -- "$@" }; _call_program() { "${@:2}" }
+        words=("$1"); setopt extendedglob; source "$2" """, "zsh", program, share / "zsh/site-functions/_osm2roadnet")
+    found = dict(re.findall(r"(?m)^\([^)]*\)(--?[\w-]+)=?(.*)", specs))
+    assert found.keys() == options, specs
+    for option, values in choices.items():
+        assert f":({' '.join(values)})" in found[option]
+
+
 def main():
     build, compiler, flags = sys.argv[1:]
     with tempfile.TemporaryDirectory() as folder:
@@ -54,8 +88,10 @@ def main():
             list(pool.map(lambda header: run(*compiling, "-fsyntax-only", header), headers))
 
         # The program, with a format that loads a library of ours.
-        if (prefix / "bin/osm2roadnet").exists():
-            run(prefix / "bin/osm2roadnet", town, "-o", folder / "town.gpkg")
+        program = prefix / "bin/osm2roadnet"
+        if program.exists():
+            run(program, town, "-o", folder / "town.gpkg")
+            check_manuals(program, prefix / "share")
 
         # The libraries alone need nothing that only the program needs.
         absent = [f"-DCMAKE_DISABLE_FIND_PACKAGE_{name}=ON" for name in ("CLI11", "GDAL", "mimalloc")]

@@ -20,7 +20,8 @@ std::size_t FileSource::read(char* buffer, std::size_t size) {
                       "can't read: " + std::generic_category().message(errno)};
   }
   position_ += static_cast<std::uint64_t>(count);
-  if (progress_) progress_(position_, file_.size);
+  bool const isStreamsEnd = count == 0 && file_.size == 0;
+  if (progress_) progress_(position_, isStreamsEnd ? position_ : file_.size);
   return static_cast<std::size_t>(count);
 }
 
