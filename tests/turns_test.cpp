@@ -121,6 +121,8 @@ TEST(Turns, FindTheirRoads) {
       {"ab bc cd bf cg", "from:1 via:2 to:9", noRoad},
       {"ab bc cd de bf cg dg", "from:1 via:3 to:4", apart},
       {"ab bc cd de bf cg dg", "from:1 via:2 to:4", apart},
+      {"ab bc cd de cg bf", "from:1 via:2 via:3 via:5 to:4", ambiguous},
+      {"ab bcgcd de bf", "from:1 via:2 to:3", ambiguous},
       {"ab bc!oneway=-1 cd bf cg", "from:1 via:2 to:3", oneway},
       {"ab bgfb bc", "from:1 via:2 to:3", loop},
       {"ab bc bc cd", "from:2 via:3 to:2", ambiguous},

@@ -40,7 +40,6 @@ class RouteFinder {
       auto const& after = *stops_[i].after;
       auto const* const via = pick(after.way->id, stops_[i].node, after.isAlong, Travel::departing);
       if (via == nullptr) return reason_;
-      if (via->farNode != stops_[i + 1].node) return UnmappedReason::loop;
       route_.viaRoads.push_back(via->end.road->getID());
     }
     auto const* const to =

@@ -25,15 +25,18 @@ WayEnds::WayEnds(RoadNetworkImporter const& importer, support::IdSet const& ways
     bool const backward = road->getDirection() != DirectionOfTravel::forward;
     if (ways.contains(first->way->id)) {
       ends_.push_back(
-          {first->way->id, start, !first->isReversed, {road.get(), false}, backward, forward, end});
+          {first->way->id, start, !first->isReversed, {road.get(), false}, backward, forward});
     }
     if (ways.contains(last->way->id)) {
       ends_.push_back(
-          {last->way->id, end, last->isReversed, {road.get(), true}, forward, backward, start});
+          {last->way->id, end, last->isReversed, {road.get(), true}, forward, backward});
     }
   }
   std::sort(ends_.begin(), ends_.end(), [](WayEnd const& a, WayEnd const& b) {
-    return std::tie(a.way, a.node) < std::tie(b.way, b.node);
+    auto const key = [](WayEnd const& way) {
+      return std::tuple(way.way, way.node, way.end.road->getID(), way.end.isEnd);
+    };
+    return key(a) < key(b);
   });
 }
 

@@ -17,7 +17,6 @@ struct WayEnd {
   RoadEnd end;
   bool mayArrive;  ///< at the Node, by the road's direction of travel
   bool mayDepart;
-  OpenStreetMap::Id farNode;  ///< at the road's other end
 };
 
 class WayEnds {
