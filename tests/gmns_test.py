@@ -52,8 +52,8 @@ def gmns_rows(folder, name):
 
 class Gmns(unittest.TestCase):
     def test_what_gmns_makes_of_tags(self):
-        """Lanes, speed and uses of the links there and, on two-way roads, back. The ways continue one
-        another, and are not joined, as they differ in them."""
+        """Lanes, speed and uses of the links there and, on two-way roads, back. The ways continue
+        one another, and are not joined, as they differ in them."""
         every = "auto,truck,bus,bike,walk"
         cases = (
             ("lanes=2 maxspeed=50", "1 50 " + every, "1 50 " + every),
