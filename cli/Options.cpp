@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cli/Place.hpp"
+#include "export/ReportExport.hpp"
 #include "support/printable.hpp"
 
 namespace {
@@ -183,7 +184,8 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
           ->option_text("FORMAT")
           ->needs(output);
   app.add_option("-r,--report", options.report,
-                 "write what became of each way, and what to check, to this JSON file")
+                 "write what became of each way, and what to check, to this file: "
+                 ".json, or for maps .geojson, .gpkg")
       ->type_name("FILE");
   std::optional<std::string> joining;
   app.add_option("--join", joining,
@@ -218,6 +220,11 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     if (options.input.empty()) throw CLI::ValidationError("INPUT", "the name is empty");
     if (options.output == "") throw CLI::ValidationError("--output", "the name is empty");
     if (options.report == "") throw CLI::ValidationError("--report", "the name is empty");
+    if (options.report && !ReportExport::knows(*options.report)) {
+      throw CLI::ValidationError("--report", "can't tell the format from the name \"" +
+                                                 *options.report + "\"; it may end in " +
+                                                 std::string(ReportExport::endings));
+    }
     refuseSameFiles(options);
     bool const byEnding = options.output && format->empty() && *options.output != "-";
     options.format = byEnding ? &formatOf(*options.output) : formatNamed(formatName);

@@ -17,10 +17,9 @@
 #include "cli/endWhenOutOfMemory.hpp"
 #include "cli/printSummary.hpp"
 #include "export/NetworkExport.hpp"
-#include "export/OutputFile.hpp"
+#include "export/ReportExport.hpp"
 #include "export/Temporary.hpp"
 #include "export/endingSignals.hpp"
-#include "export/writeReport.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "report/ImportReport.hpp"
 #include "support/printable.hpp"
@@ -59,8 +58,8 @@ void import(Options const& options) {
   // Made first: an output that can't be written should not cost an import.
   std::optional<NetworkExport> output;
   if (options.output) output.emplace(*options.format, *options.output, options.overwrite);
-  std::optional<OutputFile> reportFile;
-  if (options.report) reportFile.emplace(*options.report, options.overwrite);
+  std::optional<ReportExport> reportOutput;
+  if (options.report) reportOutput.emplace(*options.report, options.overwrite);
 
   RoadNetworkImporter& importer = makeImporter(options.import);
   ProgressLine progress(!options.quiet);
@@ -80,13 +79,10 @@ void import(Options const& options) {
   }
   progress.wipe();
   ImportReport report;
-  if (reportFile || !options.quiet) report = reportOn(importer);
-  if (reportFile) {
-    writeReport(report, importer, reportFile->file());
-    reportFile->complete();
-  }
+  if (reportOutput || !options.quiet) report = reportOn(importer);
+  if (reportOutput) reportOutput->write(report, importer);
   if (output) output->commit();
-  if (reportFile) reportFile->commit();
+  if (reportOutput) reportOutput->commit();
   if (options.quiet) return;
   time.finished("checks");
   if (importer.roadNetwork->getRoads().empty()) {

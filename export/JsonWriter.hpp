@@ -46,6 +46,7 @@ class JsonText {
   /// After a whole text.
   void endLine() { output_.write("\n"); }
 
+  void boolean(bool value) { output_.write(value ? "true" : "false"); }
   void null() { output_.write("null"); }
 
   void number(double value) {

@@ -1,6 +1,5 @@
 #include "export/writeGeoJson.hpp"
 
-#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -8,7 +7,7 @@
 #include "export/JsonWriter.hpp"
 #include "export/NetworkRows.hpp"
 #include "export/RestrictionRows.hpp"
-#include "export/attribution.hpp"
+#include "export/geoJson.hpp"
 #include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 
@@ -17,56 +16,13 @@ using velora::roadnetwork::Road;
 
 namespace {
 
-struct Position {
-  double longitude;
-  double latitude;
-  double elevation;
-};
-using Line = std::vector<Position>;
-
-constexpr double antimeridian = 180.0;
-
-bool isSamePlace(Position const& one, Position const& other) {
-  return one.longitude == other.longitude && one.latitude == other.latitude;
-}
-
-bool crosses(Position const& from, Position const& to) {
-  return std::abs(to.longitude - from.longitude) > antimeridian;
-}
-
-// Adds the place where the shorter way between the two crosses the antimeridian: to the line that
-// ends there, and to a new one that begins on the other side.
-void cut(Position const& from, Position const& to, std::vector<Line>& lines) {
-  double const side = std::copysign(antimeridian, from.longitude);
-  double const before = antimeridian - std::abs(from.longitude);
-  double const after = antimeridian - std::abs(to.longitude);
-  double const share = before == 0.0 ? 0.0 : before / (before + after);
-  Position place{side, std::lerp(from.latitude, to.latitude, share),
-                 std::lerp(from.elevation, to.elevation, share)};
-  if (!isSamePlace(place, from)) lines.back().push_back(place);
-  place.longitude = -side;
-  lines.emplace_back();
-  if (!isSamePlace(place, to)) lines.back().push_back(place);
-}
-
-std::vector<Line> linesOf(RoadRow const& road) {
-  std::vector<Line> lines(1);
+std::vector<GeoLine> linesOf(RoadRow const& road) {
+  GeoLine line;
+  line.reserve(road.longitudes.size());
   for (std::size_t i = 0; i < road.longitudes.size(); ++i) {
-    Position const position{road.longitudes[i], road.latitudes[i], road.elevations[i]};
-    if (i > 0) {
-      Position const last{road.longitudes[i - 1], road.latitudes[i - 1], road.elevations[i - 1]};
-      if (crosses(last, position)) cut(last, position, lines);
-    }
-    lines.back().push_back(position);
+    line.push_back({road.longitudes[i], road.latitudes[i], road.elevations[i]});
   }
-  // A road that only touches it leaves a single point on the other side.
-  auto const isPoint = [](Line const& line) { return line.size() < 2; };
-  if (std::all_of(lines.begin(), lines.end(), isPoint)) {  // from one name of a place to the other
-    Line const both{lines.front().front(), lines.back().front()};
-    return {both};
-  }
-  std::erase_if(lines, isPoint);
-  return lines;
+  return cutAtAntimeridian(line);
 }
 
 class GeoJsonWriter {
@@ -78,13 +34,7 @@ class GeoJsonWriter {
         walk_(importer.roadNetwork, progress) {}
 
   void collection() {
-    json_.beginObject();
-    json_.member("type").text("FeatureCollection");
-    json_.member("attribution").text(attribution);
-    json_.member("license").text(license);
-    json_.member("licenseUrl").text(licenseUrl);
-    json_.member("coordinateReferenceSystem").text("WGS 84 (EPSG:4326), longitude before latitude");
-    json_.memberLine("features").beginList();
+    beginFeatureCollection(json_);
     forEachRow([&](auto const& row) {
       json_.itemLine();
       feature(row);
@@ -111,9 +61,9 @@ class GeoJsonWriter {
   }
 
   void feature(NodeRow const& node) {
-    begin("node/", node.id, "Point");
-    position({node.longitude, node.latitude, node.elevation}, std::isfinite(node.elevation));
-    json_.endObject();
+    begin("node/", node.id);
+    writePoint(json_, {node.longitude, node.latitude, node.elevation},
+               std::isfinite(node.elevation));
     json_.member("properties").beginObject();
     json_.member("kind").text("node");
     json_.member("node_id").integer(node.id);
@@ -122,13 +72,8 @@ class GeoJsonWriter {
   }
 
   void feature(RoadRow const& road) {
-    std::vector<Line> const lines = linesOf(road);
-    begin("road/", road.id, lines.size() == 1 ? "LineString" : "MultiLineString");
-    auto const writeLine = [&](Line const& line) {
-      json_.list(line, [&](Position const& place) { position(place, road.hasElevations); });
-    };
-    lines.size() == 1 ? writeLine(lines.front()) : json_.list(lines, writeLine);
-    json_.endObject();
+    begin("road/", road.id);
+    writeLines(json_, linesOf(road), road.hasElevations);
     json_.member("properties").beginObject();
     json_.member("kind").text("road");
     json_.member("road_id").integer(road.id);
@@ -149,9 +94,8 @@ class GeoJsonWriter {
   }
 
   void feature(RestrictionRow const& row) {
-    begin("restriction/", ++restrictions_, "Point");
-    position({row.longitude, row.latitude, row.elevation}, std::isfinite(row.elevation));
-    json_.endObject();
+    begin("restriction/", ++restrictions_);
+    writePoint(json_, {row.longitude, row.latitude, row.elevation}, std::isfinite(row.elevation));
     json_.member("properties").beginObject();
     json_.member("kind").text("restriction");
     writeMembers(json_, row);
@@ -159,23 +103,13 @@ class GeoJsonWriter {
     json_.endObject();
   }
 
-  // Up to the coordinates. The id has its kind in it, to be the only one of the file.
+  // Up to the geometry. The id has its kind in it, to be the only one of the file.
   template <class Id>
-  void begin(char const* kind, Id id, char const* geometry) {
+  void begin(char const* kind, Id id) {
     json_.beginObject();
     json_.member("type").text("Feature");
     json_.member("id").text(kind + std::string(NumberText(id)));
-    json_.member("geometry").beginObject();
-    json_.member("type").text(geometry);
-    json_.member("coordinates");
-  }
-
-  void position(Position const& place, bool hasElevation) {
-    json_.beginList();
-    json_.item().number(place.longitude);
-    json_.item().number(place.latitude);
-    if (hasElevation) json_.item().number(place.elevation);
-    json_.endList();
+    json_.member("geometry");
   }
 
   RoadNetworkImporter const& importer_;

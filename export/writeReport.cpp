@@ -1,11 +1,15 @@
 #include "export/writeReport.hpp"
 
-#include <array>
+#include <cmath>
+#include <cstdint>
+#include <string_view>
+#include <variant>
 #include <vector>
 
 #include "export/JsonWriter.hpp"
 #include "export/NetworkRows.hpp"
 #include "export/NetworkWalk.hpp"
+#include "export/ReportRow.hpp"
 
 using OpenStreetMap::Id;
 using OpenStreetMap::Way;
@@ -33,17 +37,12 @@ class ReportWriter {
     ways("fewerThanTwoNodes", report.fewerThanTwoNodes, "highway");
     json_.endObject();
     json_.memberLine("toCheck").beginObject();
-    ways("impliedOneway", report.impliedOneway, "highway");
-    ways("unknownOneway", report.unknownOneway, "oneway");
-    joins("droppedDirections", report.droppedDirections, "oneway");
-    joins("differentNames", report.differentNames, "name");
-    list("sharedNodes", report.sharedNodes, [&](auto const& shared) {
-      node(shared.node);
-      pair(*shared.one, *shared.other, "layer");
-    });
-    ways("levelBridges", report.levelBridges, "highway");
-    ways("oddLayers", report.oddLayers, "layer");
+    for (std::size_t kind = 0; kind < Finding::kinds; ++kind) {
+      list(describe(static_cast<Finding::Kind>(kind)).name, report.findings[kind],
+           [&](Finding const& finding) { toCheck(finding); });
+    }
     json_.endObject();
+    json_.memberLine("crossingsAreAll").boolean(report.crossingsAreAll);
     json_.memberLine("roads").beginList();
     NetworkWalk(importer_.roadNetwork, {}).forEachRoad([&](Road const& road) {
       json_.itemLine().beginObject();
@@ -58,7 +57,7 @@ class ReportWriter {
 
  private:
   template <class Entries, class WriteMembers>
-  void list(char const* name, Entries const& entries, WriteMembers const& writeMembers) {
+  void list(std::string_view name, Entries const& entries, WriteMembers const& writeMembers) {
     json_.memberLine(name).beginList();
     for (auto const& entry : entries) {
       json_.itemLine().beginObject();
@@ -82,26 +81,38 @@ class ReportWriter {
     }
   }
 
-  void joins(char const* name, std::vector<ImportReport::Join> const& entries, char const* key) {
-    list(name, entries, [&](ImportReport::Join const& join) {
-      node(join.node);
-      json_.member("road").integer(join.road);
-      pair(*join.one, *join.other, key);
-    });
+  // First what says what it is; then what all have.
+  void toCheck(Finding const& finding) {
+    FindingKind const& kind = describe(finding.kind);
+    ReportRow const row = reportRow(finding, importer_);
+    if (kind.isAboutOneWay) wayWithTag(*finding.ways.front(), kind.key);
+    if (!finding.nodes.empty()) json_.member("node").integer(finding.nodes.front());
+    if (finding.nodes.size() > 1) json_.member("nodes").integers(finding.nodes);
+    GeoPosition const& first = row.points.empty() ? row.lines[0][0] : row.points[0];
+    at({first.latitude, first.longitude});
+    if (finding.roads.size() == 1) json_.member("road").integer(finding.roads.front());
+    if (finding.roads.size() > 1) json_.member("roads").integers(finding.roads);
+    if (!kind.isAboutOneWay) {
+      json_.member("ways").list(finding.ways, [&](Way const* way) {
+        json_.beginObject();
+        wayWithTag(*way, kind.key);
+        json_.endObject();
+      });
+    }
+    for (auto const& [name, value] : finding.details) {
+      json_.member(name);
+      std::visit([&](auto of) { write(of); }, value);
+    }
+    json_.member("severity").text(row.severity);
+    if (!std::isnan(row.metres)) json_.member("metres").number(row.metres);
+    json_.member("text").text(row.text);
+    json_.member("geometry");
+    writeGeometry(json_, row);
   }
 
-  void pair(Way const& one, Way const& other, char const* key) {
-    json_.member("ways").list(std::array{&one, &other}, [&](Way const* way) {
-      json_.beginObject();
-      wayWithTag(*way, key);
-      json_.endObject();
-    });
-  }
-
-  void node(Id id) {
-    json_.member("node").integer(id);
-    at(*importer_.reader.wayNodes.find(id));
-  }
+  void write(std::int64_t value) { json_.integer(value); }
+  void write(double value) { json_.number(value); }
+  void write(std::string_view value) { json_.text(value); }
 
   void at(OpenStreetMap::WayNodes::Position const& position) {
     json_.member("latitude").number(position.latitude);
@@ -109,7 +120,7 @@ class ReportWriter {
   }
 
   // The tag's value, or null.
-  void wayWithTag(Way const& way, char const* key) {
+  void wayWithTag(Way const& way, std::string_view key) {
     json_.member("way").integer(way.id);
     json_.member(key);
     auto const found = way.tags.find(support::to_ustring(key));

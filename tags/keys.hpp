@@ -12,7 +12,8 @@ inline OpenStreetMap::Selection roadSelection(std::vector<std::string> const& ex
                                               std::vector<std::string> const& used = {}) {
   OpenStreetMap::Selection selection;
   selection.wayKey = "highway";
-  selection.keys = {"highway", "name", "oneway", "layer", "junction", "bridge", "tunnel"};
+  selection.keys = {"highway", "name",   "oneway",  "layer", "junction",
+                    "bridge",  "tunnel", "covered", "area"};
   selection.keys.insert(selection.keys.end(), exported.begin(), exported.end());
   selection.keys.insert(selection.keys.end(), used.begin(), used.end());
   return selection;

@@ -44,6 +44,11 @@ bool hasOddLayer(Tags const& tags) {
   return !number || std::abs(*number) > highestUsualLayer;
 }
 
+bool isBridgeOrTunnel(Tags const& tags) {
+  return isYes(tags, u"bridge") || isYes(tags, u"tunnel");
+}
+
 bool isLevelBridge(Tags const& tags) {
-  return !tags.contains(u"layer") && (isYes(tags, u"bridge") || isYes(tags, u"tunnel"));
+  return !tags.contains(u"layer") && isBridgeOrTunnel(tags) &&
+         !tags.has(u"tunnel", u"building_passage") && !isYes(tags, u"covered");
 }

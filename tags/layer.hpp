@@ -15,5 +15,9 @@ double wayLayerElevation(OpenStreetMap::Tags const& tags);
 /// Whether there is a layer that is no number, or lies beyond the usual -5 to 5.
 bool hasOddLayer(OpenStreetMap::Tags const& tags);
 
-/// Whether a bridge or tunnel says nothing of its layer, and so lies on the ground.
+/// Whether it is a bridge or a tunnel.
+bool isBridgeOrTunnel(OpenStreetMap::Tags const& tags);
+
+/// Whether a bridge or tunnel says nothing of its layer, and so lies on the ground: not where it
+/// belongs there, as a passage through a building or a covered way does.
 bool isLevelBridge(OpenStreetMap::Tags const& tags);

@@ -1,0 +1,88 @@
+#include "export/gdal/ReportTables.hpp"
+
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "export/NumberText.hpp"
+#include "export/gdal/GdalFile.hpp"
+
+namespace {
+
+// As OSM tags list values.
+std::string listed(std::vector<OpenStreetMap::Id> const& ids) {
+  std::string text;
+  for (OpenStreetMap::Id const id : ids) {
+    if (!text.empty()) text += ';';
+    text += NumberText(id);
+  }
+  return text;
+}
+
+class GdalReportTables final : public ReportTables {
+ public:
+  explicit GdalReportTables(char const* path)
+      : file_("GPKG", path),
+        points_(addLayer("check_points", wkbMultiPoint)),
+        lines_(addLayer("check_lines", wkbMultiLineString)) {}
+
+  void add(ReportRow const& row) override {
+    OGRLayer& layer = row.points.empty() ? lines_ : points_;
+    OGRFeatureUniquePtr const feature(OGRFeature::CreateFeature(layer.GetLayerDefn()));
+    int field = 0;
+    feature->SetField(field++, std::string(row.kind).c_str());
+    feature->SetField(field++, std::string(row.severity).c_str());
+    if (!std::isnan(row.metres)) feature->SetField(field, row.metres);
+    ++field;
+    feature->SetField(field++, listed(row.wayIds).c_str());
+    feature->SetField(field++, listed(row.nodeIds).c_str());
+    feature->SetField(field++, row.text.c_str());
+    feature->SetGeometryDirectly(row.points.empty() ? linesOf(row) : pointsOf(row));
+    file_.append(layer, *feature);
+  }
+
+  void finish() override { file_.finish(); }
+
+ private:
+  OGRLayer& addLayer(char const* name, OGRwkbGeometryType type) {
+    return file_.addLayer(name, type,
+                          {{"kind", OFTString},
+                           {"severity", OFTString},
+                           {"metres", OFTReal},
+                           {"way_ids", OFTString},
+                           {"node_ids", OFTString},
+                           {"text", OFTString}});
+  }
+
+  static OGRGeometry* pointsOf(ReportRow const& row) {
+    auto points = std::make_unique<OGRMultiPoint>();
+    for (GeoPosition const& place : row.points) {
+      points->addGeometryDirectly(new OGRPoint(place.longitude, place.latitude));
+    }
+    return points.release();
+  }
+
+  static OGRGeometry* linesOf(ReportRow const& row) {
+    auto lines = std::make_unique<OGRMultiLineString>();
+    for (GeoLine const& line : row.lines) {
+      auto geometry = std::make_unique<OGRLineString>();
+      geometry->setNumPoints(static_cast<int>(line.size()));
+      int i = 0;
+      for (GeoPosition const& place : line) {
+        geometry->setPoint(i++, place.longitude, place.latitude);
+      }
+      lines->addGeometryDirectly(geometry.release());
+    }
+    return lines.release();
+  }
+
+  GdalFile file_;
+  OGRLayer& points_;
+  OGRLayer& lines_;
+};
+
+}  // namespace
+
+ReportTables* openReportTables(char const* path) {
+  return new GdalReportTables(path);
+}

@@ -1,0 +1,34 @@
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include "report/finders.hpp"
+#include "tags/layer.hpp"
+
+using OpenStreetMap::Way;
+
+void findSharedNodes(RoadNetworkImporter const& importer, ImportReport& report) {
+  auto const& ways = importer.selectedWays;
+  std::vector<double> elevations;
+  elevations.reserve(ways.size());
+  for (Way const* const way : ways) elevations.push_back(wayLayerElevation(way->tags));
+  if (std::all_of(elevations.begin(), elevations.end(),
+                  [&](double elevation) { return elevation == elevations.front(); })) {
+    return;
+  }
+  auto const& nodes = importer.reader.wayNodes;
+  std::vector<std::uint32_t> firstUses(nodes.size());  // 0 for none, else one more than the way's
+  for (std::uint32_t i = 0; i < ways.size(); ++i) {
+    auto const numbers = nodes.numbersOf(*ways[i]);
+    for (std::size_t k = 1; k + 1 < numbers.size(); ++k) {
+      auto& firstUse = firstUses[numbers[k]];
+      if (firstUse == 0) firstUse = i + 1;
+      if (elevations[firstUse - 1] == elevations[i]) continue;
+      report.add({.kind = Finding::Kind::sharedNodes,
+                  .severity = Severity::medium,
+                  .ways = {ways[firstUse - 1], ways[i]},
+                  .nodes = {ways[i]->nodeReferences[k]},
+                  .points = {nodes[numbers[k]]}});
+    }
+  }
+}
