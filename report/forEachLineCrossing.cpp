@@ -68,8 +68,8 @@ class Search {
   }
 
   bool run() {
-    constexpr std::size_t atLeast = 10'000'000;
-    constexpr std::size_t each = 100;
+    constexpr std::size_t atLeast = 4'000'000;
+    constexpr std::size_t each = 40;
     std::size_t boxes = runs_.boxes.size();
     for (auto const& [node, spokes] : spokes_) boxes += spokes.boxes.size();
     effort_ = atLeast + each * boxes;
@@ -154,10 +154,12 @@ class Search {
   void addLong(Runs& runs, Run const& run) {
     auto const [from, to] = segment(run.road, run.first, run.turns);
     double const width = std::min(std::abs(to.x - from.x), std::abs(to.y - from.y));
-    double const boxes = std::clamp(std::ceil(width / widthOfRun), 1.0, boxesAtMost);
+    auto const boxes =
+        static_cast<int>(std::clamp(std::ceil(width / widthOfRun), 1.0, boxesAtMost));
     PlanePoint last = from;
-    for (double i = 1.0; i <= boxes; ++i) {
-      PlanePoint const next{std::lerp(from.x, to.x, i / boxes), std::lerp(from.y, to.y, i / boxes)};
+    for (int i = 1; i <= boxes; ++i) {
+      double const share = static_cast<double>(i) / boxes;
+      PlanePoint const next{std::lerp(from.x, to.x, share), std::lerp(from.y, to.y, share)};
       add(runs, run, {std::min(last.x, next.x), std::min(last.y, next.y)},
           {std::max(last.x, next.x), std::max(last.y, next.y)});
       last = next;
@@ -220,12 +222,13 @@ class Search {
   }
 
   bool meetAtNode(std::uint32_t a, std::uint32_t i, std::uint32_t b, std::uint32_t k) const {
-    auto const [start, end] = graph_.roads[a];
-    auto const [otherStart, otherEnd] = graph_.roads[b];
+    RoadGraph::Ends const& one = graph_.roads[a];
+    RoadGraph::Ends const& other = graph_.roads[b];
+    bool const isLast = k + 1 == lines_[b].segments;
     auto const isAtOther = [&](RoadGraph::Number node) {
-      return (k == 0 && node == otherStart) || (k + 1 == lines_[b].segments && node == otherEnd);
+      return (k == 0 && node == other.start) || (isLast && node == other.end);
     };
-    return (i == 0 && isAtOther(start)) || (i + 1 == lines_[a].segments && isAtOther(end));
+    return (i == 0 && isAtOther(one.start)) || (i + 1 == lines_[a].segments && isAtOther(one.end));
   }
 
   // Of a point of one of the lines exactly as it stands there.

@@ -1,7 +1,8 @@
 #include "report/sentence.hpp"
 
 #include <array>
-#include <cstdio>
+#include <charconv>
+#include <limits>
 
 #include "support/printable.hpp"
 #include "support/ustring.hpp"
@@ -12,8 +13,10 @@ namespace {
 
 // With one digit behind the point, whatever the locale.
 std::string decimal(double value) {
-  auto const tenths = static_cast<long long>(value * 10.0 + 0.5);
-  return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10);
+  std::array<char, std::numeric_limits<double>::max_exponent10 + 8> digits{};
+  auto const [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                          std::chars_format::fixed, 1);
+  return {digits.data(), end};
 }
 
 std::string metresOrMore(double metres) {

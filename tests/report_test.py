@@ -131,7 +131,7 @@ class Report(unittest.TestCase):
                 <node id="3" lat="-1" lon="180"/><node id="4" lat="1" lon="-180"/>
                 <way id="5"><nd ref="-1"/><nd ref="2"/><tag k="highway" v="motorway"/></way>
                 <way id="6"><nd ref="3"/><nd ref="4"/><tag k="highway" v="road"/></way></osm>""")
-            json_, geojson, gpkg = (pathlib.Path(folder, "r." + e) for e in ("JSON", "geojson", "gpkg"))
+            json_, geojson, gpkg = (source.with_suffix(e) for e in (".JSON", ".geojson", ".gpkg"))
             for target in json_, geojson, gpkg:
                 subprocess.check_call([PROGRAM, source, "-q", "-r", target], timeout=60)
             entries = json.loads(json_.read_text())["toCheck"]
@@ -139,8 +139,8 @@ class Report(unittest.TestCase):
             self.assertEqual(crossing["geometry"], {"type": "Point", "coordinates": [180.0, 0.0]})
             self.assertEqual(oneway["geometry"], {"type": "MultiLineString", "coordinates": [
                 [[179.5, 0.0], [180.0, 0.0]], [[-180.0, 0.0], [-179.5, 0.0]]]})
-            rows = [(f["properties"]["kind"], f["properties"]["severity"], f["properties"]["metres"],
-                     f["properties"]["way_ids"], f["properties"]["text"], f["geometry"])
+            names = ["kind", "severity", "metres", "way_ids", "text"]
+            rows = [tuple(f["properties"][name] for name in names) + (f["geometry"],)
                     for f in json.loads(geojson.read_text())["features"]]
             self.assertEqual(rows, [
                 (kind, e["severity"], e.get("metres"), [w["way"] for w in e.get("ways", [e])],
@@ -157,7 +157,8 @@ class Report(unittest.TestCase):
                 self.assertEqual((row["severity"], row["text"]), (severity, text))
                 self.assertAlmostEqual(row["metres"], metres)
                 self.assertEqual(row["way_ids"], ";".join(map(str, ways)))
-            wrong = subprocess.run([PROGRAM, source, "-r", "x.shp"], capture_output=True, check=False)
+            wrong = subprocess.run([PROGRAM, source, "-r", "x.shp"], stderr=subprocess.PIPE,
+                                   check=False)
             self.assertEqual(wrong.returncode, 2)
             self.assertIn(b".json, .geojson, .gpkg", wrong.stderr)
 
