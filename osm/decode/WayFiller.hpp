@@ -12,8 +12,8 @@
 
 namespace OpenStreetMap {
 
-/// Stores the ways and relations of a selection and, when all of the file is in, the nodes under the
-/// ways. Until then it keeps the nodes packed, because files have them before the ways.
+/// Stores the ways and relations of a selection and, when all of the file is in, the nodes under
+/// the ways. Until then it keeps the nodes packed, because files have them before the ways.
 class WayFiller final : public ElementSink {
  public:
   /// All must outlive the filler; `selection` is not everything.
