@@ -42,6 +42,8 @@ class GdalFile {
                      std::initializer_list<Field> fields);
   /// Adds a copy of the feature, as a new one.
   void append(OGRLayer& layer, OGRFeature& feature);
+  /// To add what is no feature of a layer.
+  GDALDataset& dataset() { return *file_; }
   /// Completes the file, and looks whether all is in it.
   void finish();
 

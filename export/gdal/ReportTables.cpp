@@ -6,6 +6,7 @@
 
 #include "export/NumberText.hpp"
 #include "export/gdal/GdalFile.hpp"
+#include "export/gdal/defaultStyles.hpp"
 
 namespace {
 
@@ -41,7 +42,10 @@ class GdalReportTables final : public ReportTables {
     file_.append(layer, *feature);
   }
 
-  void finish() override { file_.finish(); }
+  void finish() override {
+    addDefaultStyles(file_.dataset());
+    file_.finish();
+  }
 
  private:
   OGRLayer& addLayer(char const* name, OGRwkbGeometryType type) {

@@ -11,7 +11,8 @@ namespace {
 
 std::string styleName(OGRLayer& layer) {
   if (layer.FindFieldIndex("severity", TRUE) < 0) return layer.GetName();
-  bool const isPoint = wkbFlatten(layer.GetGeomType()) == wkbPoint;
+  auto const type = wkbFlatten(layer.GetGeomType());
+  bool const isPoint = type == wkbPoint || type == wkbMultiPoint;
   return isPoint ? "placesPoint" : "placesLine";
 }
 
