@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "export/GmnsMovements.hpp"
 #include "export/writeFeatureTables.hpp"
 #include "export/writeGeoJson.hpp"
 #include "export/writeGmns.hpp"
@@ -21,12 +22,14 @@ std::span<Format const> formats() {
       {{"fgb"},
        "FlatGeobuf, a folder",
        Files{writeFlatGeobuf,
-             {flatGeobufNodes, flatGeobufRoads},
+             {flatGeobufNodes, flatGeobufRoads, flatGeobufRestrictions},
              OutputFolder::Result::folder,
              requireGdal}},
       {{"gmns"},
        "GMNS, a folder of CSV",
-       Files{writeGmns, {gmnsConfig, gmnsLinks, gmnsNodes, gmnsUses}, OutputFolder::Result::folder},
+       Files{writeGmns,
+             {gmnsConfig, gmnsLinks, gmnsMovements, gmnsNodes, gmnsRestrictions, gmnsUses},
+             OutputFolder::Result::folder},
        true,
        gmnsTags()},
       {{"graphml"}, "GraphML", Stream{writeGraphMl}},

@@ -11,10 +11,11 @@
 
 /// Puts in the separators; that everything that begins also ends, and that each member or item has
 /// one value, is the caller's part. Numbers read back to the same bits; NaN is null, an infinite
-/// one 1e999.
-class JsonWriter {
+/// one 1e999. `Output` has a function `write` that takes a std::string_view.
+template <class Output>
+class JsonText {
  public:
-  explicit JsonWriter(BufferedFile& output) : output_(output) {}
+  explicit JsonText(Output& output) : output_(output) {}
 
   void beginObject() { begin("{"); }
   void endObject() { end("}"); }
@@ -22,23 +23,23 @@ class JsonWriter {
   void endList() { end("]"); }
 
   /// The next member of an object. Its value follows.
-  JsonWriter& member(std::string_view name) {
+  JsonText& member(std::string_view name) {
     if (!isFirst_) output_.write(", ");
     return named(name);
   }
   /// The same on a new line.
-  JsonWriter& memberLine(std::string_view name) {
+  JsonText& memberLine(std::string_view name) {
     newLine();
     return named(name);
   }
   /// The next item of a list. Its value follows.
-  JsonWriter& item() {
+  JsonText& item() {
     if (!isFirst_) output_.write(", ");
     isFirst_ = false;
     return *this;
   }
   /// The same on a new line.
-  JsonWriter& itemLine() {
+  JsonText& itemLine() {
     newLine();
     return *this;
   }
@@ -123,7 +124,7 @@ class JsonWriter {
     isFirst_ = false;
   }
 
-  JsonWriter& named(std::string_view name) {
+  JsonText& named(std::string_view name) {
     text(name);
     output_.write(": ");
     isFirst_ = false;
@@ -141,7 +142,9 @@ class JsonWriter {
     }
   }
 
-  BufferedFile& output_;
+  Output& output_;
   std::size_t depth_ = 0;
   bool isFirst_ = true;  // nothing stands in the innermost object or list
 };
+
+using JsonWriter = JsonText<BufferedFile>;

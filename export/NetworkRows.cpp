@@ -16,13 +16,6 @@ using velora::roadnetwork::Road;
 
 namespace {
 
-// No exchange format can hold U+0000.
-std::string exchangeable(std::u16string_view text) {
-  std::u16string copy(text);
-  std::replace(copy.begin(), copy.end(), u'\0', u'\uFFFD');
-  return support::ustring_to_utf8(copy);
-}
-
 // The different values along a road.
 std::string valuesOf(std::u16string_view key, std::span<RoadPiece const> pieces) {
   std::vector<std::u16string_view> values;
@@ -55,6 +48,12 @@ std::string wellKnownText(RoadRow const& road, bool reversed) {
 }
 
 }  // namespace
+
+std::string exchangeable(std::u16string_view text) {
+  std::u16string copy(text);
+  std::replace(copy.begin(), copy.end(), u'\0', u'\uFFFD');
+  return support::ustring_to_utf8(copy);
+}
 
 std::vector<Id> wayIdsOf(Road const& road, RoadNetworkImporter const& importer) {
   std::vector<Id> ids;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "export/NumberText.hpp"
@@ -15,6 +16,20 @@
 #include "support/ModelId.hpp"
 
 class RoadNetworkImporter;
+
+/// As UTF-8 without U+0000, which no exchange format can hold.
+std::string exchangeable(std::u16string_view text);
+
+/// Ids with ";" between them, as OSM tags list values.
+template <class Ids>
+std::string idList(Ids const& ids) {
+  std::string text;
+  for (auto const id : ids) {
+    if (!text.empty()) text += ';';
+    text += NumberText(id);
+  }
+  return text;
+}
 
 struct NodeRow {
   OpenStreetMap::Id id;  ///< the OSM node's, with its sign
@@ -43,14 +58,7 @@ struct RoadRow {
   bool hasElevations;  ///< whether all of them are finite
 
   /// The way ids with ";" between them, as OSM tags list values.
-  std::string wayIdText() const {
-    std::string text;
-    for (OpenStreetMap::Id const wayId : wayIds) {
-      if (!text.empty()) text += ';';
-      text += NumberText(wayId);
-    }
-    return text;
-  }
+  std::string wayIdText() const { return idList(wayIds); }
 };
 
 /// The OSM ways that the road was made of, ascending, each once.

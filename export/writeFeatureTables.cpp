@@ -17,16 +17,16 @@ OpenFeatureTables* loadTables() {
   return reinterpret_cast<OpenFeatureTables*>(loadGdalFunction("openFeatureTables"));
 }
 
-void write(RoadNetworkImporter const& importer, OutputFolder const& folder, char const* driver,
-           std::string_view nodesFile, std::string_view roadsFile, Progress const& progress) {
+void write(RoadNetworkImporter const& importer, char const* driver, TablePaths const& paths,
+           OutputFolder const& folder, Progress const& progress) {
   namingOutput(folder.name(), [&] {
     std::unique_ptr<FeatureTables> const tables(
-        loadTables()(driver, gdalPath(folder, nodesFile).c_str(),
-                     gdalPath(folder, roadsFile).c_str(), tagColumns(importer.options.tags)));
+        loadTables()(driver, paths, tagColumns(importer.options.tags)));
     NetworkWalk walk(importer.roadNetwork, progress);
     walk.forEachNode([&](Node const& node) { tables->add(nodeRow(node)); });
     RoadRows const rows(importer);
     walk.forEachRoad([&](Road const& road) { tables->add(rows(road)); });
+    forEachRestriction(importer, [&](RestrictionRow const& row) { tables->add(row); });
     tables->finish();
   });
 }
@@ -39,10 +39,14 @@ void requireGdal(std::string const& output) {
 
 void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& folder,
                      Progress const& progress) {
-  write(importer, folder, "GPKG", geoPackageFile, geoPackageFile, progress);
+  std::string const path = gdalPath(folder, geoPackageFile);
+  write(importer, "GPKG", {path, path, path}, folder, progress);
 }
 
 void writeFlatGeobuf(RoadNetworkImporter const& importer, OutputFolder const& folder,
                      Progress const& progress) {
-  write(importer, folder, "FlatGeobuf", flatGeobufNodes, flatGeobufRoads, progress);
+  write(importer, "FlatGeobuf",
+        {gdalPath(folder, flatGeobufNodes), gdalPath(folder, flatGeobufRoads),
+         gdalPath(folder, flatGeobufRestrictions)},
+        folder, progress);
 }

@@ -12,9 +12,9 @@ class RoadNetworkImporter;
 /// Throws std::runtime_error, with the output's name in its text, when GDAL can't be loaded.
 void requireGdal(std::string const& output);
 
-/// Layers "nodes" and "roads", longitude before latitude, with elevations, on WGS 84 (EPSG:4326).
-/// An elevation that is not finite stays so; a name that is empty is null.
-/// GeoPackage (https://www.geopackage.org): one file with both.
+/// Layers "nodes", "roads" and "restrictions", longitude before latitude, with elevations, on WGS
+/// 84 (EPSG:4326). An elevation that is not finite stays so; a name that is empty is null.
+/// GeoPackage (https://www.geopackage.org): one file with all.
 inline constexpr std::string_view geoPackageFile = "network.gpkg";
 void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& folder,
                      Progress const& progress);
@@ -23,5 +23,6 @@ void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& fo
 /// folder as one.
 inline constexpr std::string_view flatGeobufNodes = "nodes.fgb";
 inline constexpr std::string_view flatGeobufRoads = "roads.fgb";
+inline constexpr std::string_view flatGeobufRestrictions = "restrictions.fgb";
 void writeFlatGeobuf(RoadNetworkImporter const& importer, OutputFolder const& folder,
                      Progress const& progress);

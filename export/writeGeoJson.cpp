@@ -6,6 +6,7 @@
 
 #include "export/JsonWriter.hpp"
 #include "export/NetworkRows.hpp"
+#include "export/RestrictionRows.hpp"
 #include "export/geoJson.hpp"
 #include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
@@ -56,6 +57,7 @@ class GeoJsonWriter {
     walk_.forEachNode([&](Node const& node) { action(nodeRow(node)); });
     RoadRows const rows(importer_);
     walk_.forEachRoad([&](Road const& road) { action(rows(road)); });
+    forEachRestriction(importer_, action);
   }
 
   void feature(NodeRow const& node) {
@@ -91,6 +93,16 @@ class GeoJsonWriter {
     json_.endObject();
   }
 
+  void feature(RestrictionRow const& row) {
+    begin("restriction/", ++restrictions_);
+    writePoint(json_, {row.longitude, row.latitude, row.elevation}, std::isfinite(row.elevation));
+    json_.member("properties").beginObject();
+    json_.member("kind").text("restriction");
+    writeMembers(json_, row);
+    json_.endObject();
+    json_.endObject();
+  }
+
   // Up to the geometry. The id has its kind in it, to be the only one of the file.
   template <class Id>
   void begin(char const* kind, Id id) {
@@ -104,6 +116,7 @@ class GeoJsonWriter {
   std::vector<std::string> tagColumns_;
   JsonWriter json_;
   NetworkWalk walk_;
+  std::size_t restrictions_ = 0;
 };
 
 }  // namespace

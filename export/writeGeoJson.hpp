@@ -6,9 +6,10 @@
 
 class RoadNetworkImporter;
 
-/// Nodes as Points, then roads as LineStrings, one Feature a line. Positions are longitude,
-/// latitude in degrees on WGS 84 and, unless one of the feature's is not finite, elevation in
-/// metres. A road that crosses the antimeridian is a MultiLineString, cut there (section 3.1.9).
+/// Nodes as Points, then roads as LineStrings, then turn restrictions as Points, one Feature a
+/// line. Positions are longitude, latitude in degrees on WGS 84 and, unless one of the feature's is
+/// not finite, elevation in metres. A road that crosses the antimeridian is a MultiLineString, cut
+/// there (section 3.1.9).
 void writeGeoJson(RoadNetworkImporter const& importer, BufferedFile& file,
                   Progress const& progress);
 

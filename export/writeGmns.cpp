@@ -1,21 +1,24 @@
 #include "export/writeGmns.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string>
 
 #include "export/BufferedFile.hpp"
+#include "export/GmnsMovements.hpp"
 #include "export/NetworkRows.hpp"
-#include "export/NumberText.hpp"
 #include "export/attribution.hpp"
+#include "export/csv.hpp"
 #include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "tags/access.hpp"
 #include "tags/lanes.hpp"
 #include "tags/maxspeed.hpp"
 
+using csv::field;
+using csv::joined;
+using csv::line;
 using OpenStreetMap::Tags;
 using velora::roadnetwork::DirectionOfTravel;
 using velora::roadnetwork::Node;
@@ -50,43 +53,6 @@ constexpr Use uses[] = {
 constexpr char noUse[] = "none";
 
 constexpr double highestSpeed = 200.0;
-
-// In quotes where it has to be.
-std::string field(std::string_view text) {
-  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
-  std::string quoted = "\"";
-  for (char const c : text) {
-    if (c == '"') quoted += c;
-    quoted += c;
-  }
-  return quoted += '"';
-}
-
-std::string field(double value) {
-  return std::isfinite(value) ? std::string(NumberText(value)) : "NaN";
-}
-
-std::string field(std::int64_t value) {
-  return std::string(NumberText(value));
-}
-
-template <class Number>
-std::string field(std::optional<Number> value) {
-  return value ? std::string(NumberText(*value)) : std::string();
-}
-
-template <class... Fields>
-std::string joined(Fields const&... fields) {
-  std::string line;
-  ((line += field(fields), line += ','), ...);
-  line.pop_back();
-  return line;
-}
-
-template <class... Fields>
-void line(BufferedFile& file, Fields const&... fields) {
-  file.write(joined(fields...) + '\n');
-}
 
 template <class Texts>
 std::string list(Texts const& texts) {
@@ -186,11 +152,13 @@ void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder,
   std::string const header = list(own);
   own.insert(own.end(), std::begin(otherColumns), std::end(otherColumns));
   links.write(header.substr(1) + list(tagColumns(importer.options.tags, own)) + '\n');
+  GmnsMovements movements;
   std::int64_t linkId = 0;
   RoadRows const rows(importer);
   walk.forEachRoad([&](Road const& road) {
     RoadRow const row = rows(road);
     auto const roadId = static_cast<std::int64_t>(row.id);
+    movements.addLinks(row.id, linkId + 1);
     std::string const endOfLine =
         ',' + joined(allowedUses(row), roadId, row.wayIdText()) + list(row.tags) + '\n';
     for (DirectedEdge const& edge : directedEdges(row)) {
@@ -201,4 +169,5 @@ void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder,
     }
   });
   links.close();
+  movements.write(importer, folder);
 }

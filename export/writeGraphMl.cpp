@@ -4,8 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "export/JsonWriter.hpp"
 #include "export/NetworkRows.hpp"
 #include "export/NumberText.hpp"
+#include "export/RestrictionRows.hpp"
 #include "export/attribution.hpp"
 #include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
@@ -26,6 +28,7 @@ constexpr Key keys[] = {
     {"attribution", "graph", "string"},
     {"license", "graph", "string"},
     {"crs", "graph", "string"},
+    {"restrictions", "graph", "string"},
     {"x", "node", "double"},
     {"y", "node", "double"},
     {"elevation", "node", "double"},
@@ -118,6 +121,7 @@ class GraphMlWriter {
     data("attribution", attribution);
     data("license", license);
     data("crs", coordinateReferenceSystem);
+    writeRestrictions();
     NetworkWalk walk(importer_.roadNetwork, progress);
     walk.forEachNode([&](Node const& node) {
       writeNode(nodeRow(node), node->getIncomingRoads().size() + node->getOutgoingRoads().size());
@@ -140,6 +144,26 @@ class GraphMlWriter {
                char const* type) {
     file_.write("<key id=\"" + id + "\" for=\"" + element + "\" attr.name=\"" + name +
                 "\" attr.type=\"" + type + "\"/>\n");
+  }
+
+  // As the content of an element that is written bit by bit.
+  struct Content {
+    BufferedFile& file;
+    void write(std::string_view utf8) { file.write(escaped(utf8)); }
+  };
+
+  void writeRestrictions() {
+    Content content{file_};
+    JsonText json(content);
+    file_.write("<data key=\"restrictions\">");
+    json.beginList();
+    forEachRestriction(importer_, [&](RestrictionRow const& row) {
+      json.itemLine().beginObject();
+      writeMembers(json, row);
+      json.endObject();
+    });
+    json.endList();
+    file_.write("</data>\n");
   }
 
   void writeNode(NodeRow const& node, std::size_t streets) {

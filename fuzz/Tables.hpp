@@ -68,9 +68,33 @@ struct Tables {
       ++kept;
     }
     require(kept == ways.end());
+    checkKeptRelations(all);
   }
 
  private:
+  void checkKeptRelations(Tables const& all) const {
+    auto kept = relations.begin();
+    for (auto const& relation : all.relations) {
+      auto const type = relation.tags.find(u"type");
+      if (type == relation.tags.end()) continue;
+      if (type->second != u"restriction" && type->second.find(u"restriction:") != 0) continue;
+      require(kept != relations.end() && kept->id == relation.id);
+      auto const isSameMember = [](auto const& one, auto const& other) {
+        return one.type == other.type && one.reference == other.reference &&
+               *one.role == *other.role;
+      };
+      require(std::equal(kept->members.begin(), kept->members.end(), relation.members.begin(),
+                         relation.members.end(), isSameMember));
+      for (auto const& [key, value] : relation.tags) {
+        bool const matters = key == u"type" || key == u"except" || key == u"restriction" ||
+                             key.find(u"restriction:") == 0;
+        require(!matters || kept->tags.has(key, value));
+      }
+      ++kept;
+    }
+    require(kept == relations.end());
+  }
+
   static bool isSame(OpenStreetMap::Limits a, OpenStreetMap::Limits b) {  // to the last bit
     return std::memcmp(&a, &b, sizeof a) == 0;
   }

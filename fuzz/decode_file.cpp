@@ -1,5 +1,5 @@
 // Any bytes as a whole file: XML, PBF blobs, gzip and bzip2 streams. What a reader keeps for roads
-// is what it would find in the tables of everything.
+// and restrictions is what it would find in the tables of everything.
 #include <cstdint>
 #include <optional>
 
@@ -46,8 +46,9 @@ std::optional<OpenStreetMap::DecodeError> decode(std::string_view bytes,
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   std::string_view const bytes(reinterpret_cast<char const*>(data), size);
   Tables all, kept;
-  OpenStreetMap::Selection const selection = roadSelection();
-  OpenStreetMap::WayFiller roads(kept.storage, kept.ways, selection);
+  OpenStreetMap::Selection selection = roadSelection();
+  addRestrictions(selection);
+  OpenStreetMap::WayFiller roads(kept.storage, kept.ways, kept.relations, selection);
   auto const error = decode(bytes, all.filler);
   auto const sameError = decode(bytes, roads);
   if (error.has_value() != sameError.has_value()) std::abort();

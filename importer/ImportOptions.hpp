@@ -18,8 +18,10 @@ struct ImportOptions {
   Joining joining = Joining::all;
   OneWays oneWays = OneWays::tagged;
   /// The keys of the tags that are exported, next to "highway" and "name"; UTF-8.
-  std::vector<std::string> tags;
+  std::vector<std::string> tags = {};
   /// The keys of others that the output makes something of. They count like exported ones where
   /// roads are joined.
-  std::vector<std::string> usedTags{};
+  std::vector<std::string> usedTags = {};
+  /// Whether the relations that restrict turns are read, for `mapRestrictions`.
+  bool restrictions = false;
 };

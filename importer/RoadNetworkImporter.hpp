@@ -27,7 +27,9 @@ class RoadNetworkImporter {
                       velora::roadnetwork::RoadNetwork const& hostNetwork,
                       ImportOptions chosen = {})
       : model(hostModel), roadNetwork(hostNetwork), options(std::move(chosen)) {
-    reader.setSelection(roadSelection(options.tags, options.usedTags));
+    auto selection = roadSelection(options.tags, options.usedTags);
+    if (options.restrictions) addRestrictions(selection);
+    reader.setSelection(std::move(selection));
   }
   RoadNetworkImporter(RoadNetworkImporter const&) = delete;
   RoadNetworkImporter& operator=(RoadNetworkImporter const&) = delete;

@@ -36,7 +36,7 @@ void Reader::readFile() {
       counts_ = {nodes.size(), ways.size(), relations.size()};
       takeLimits(filler);
     } else {
-      WayFiller filler(*buffer_, ways, selection_);
+      WayFiller filler(*buffer_, ways, relations, selection_);
       decode(filler);
       wayNodes = filler.takeNodes();
       counts_ = filler.counts();

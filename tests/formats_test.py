@@ -257,7 +257,7 @@ class Formats(unittest.TestCase):
                                   "© OpenStreetMap contributors, ODbL-1.0")})
 
         self.assertEqual(styles, {(layer, "geom", 1, "1970-01-01T00:00:00.000Z")
-                                  for layer in ("nodes", "roads")})
+                                  for layer in ("nodes", "roads", "restrictions")})
 
     def road(self, *places):
         """As GeoJSON: the only road of a file, through places of latitude and longitude."""

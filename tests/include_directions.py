@@ -16,8 +16,9 @@ ALLOWED = {
     "graph": {"support", "model", "osm", "tags", "importer"},
     "segments": {"support", "model", "osm", "tags", "importer"},
     "gateway": {"support", "model", "importer"},
-    "report": {"support", "model", "osm", "tags", "importer"},
-    "export": {"support", "model", "osm", "tags", "importer", "report"},
+    "turns": {"support", "model", "osm", "tags", "importer"},
+    "report": {"support", "model", "osm", "tags", "importer", "turns"},
+    "export": {"support", "model", "osm", "tags", "importer", "turns", "report"},
     "cli": {"support", "model", "osm", "importer", "report", "export"},
 }
 

@@ -38,9 +38,8 @@ class ErrorLog {
 
 class GdalTables final : public FeatureTables {
  public:
-  GdalTables(char const* driverName, char const* nodesPath, char const* roadsPath,
-             std::vector<std::string> const& tagColumns)
-      : nodesPath_(nodesPath), roadsPath_(roadsPath) {
+  GdalTables(char const* driverName, TablePaths const& paths,
+             std::vector<std::string> const& tagColumns) {
     for (auto const& [key, value] : {
              std::pair{"GDAL_NUM_THREADS", "1"},
              std::pair{"OGR_GPKG_ALLOW_THREADED_RTREE", "NO"},
@@ -57,23 +56,34 @@ class GdalTables final : public FeatureTables {
     GDALAllRegister();
     driver_ = GetGDALDriverManager()->GetDriverByName(driverName);
     if (driver_ == nullptr) throw std::runtime_error(std::string("GDAL lacks ") + driverName);
-    nodesFile_ = create(nodesPath_);
-    if (roadsPath_ != nodesPath_) roadsFile_ = create(roadsPath_);
-    GDALDataset& roadsFile = roadsFile_ ? *roadsFile_ : *nodesFile_;
 
     std::vector<Field> roadFields{{"road_id", OFTInteger64},    {"name", OFTString},
                                   {"highway", OFTString},       {"direction", OFTInteger},
                                   {"start_node", OFTInteger64}, {"end_node", OFTInteger64},
                                   {"length", OFTReal},          {"osm_way_ids", OFTString}};
     for (std::string const& column : tagColumns) roadFields.push_back({column.c_str(), OFTString});
-    nodes_ = addLayer(*nodesFile_, "nodes", wkbPoint25D, {{"node_id", OFTInteger64}});
-    roads_ = addLayer(roadsFile, "roads", wkbLineString25D, roadFields);
+    nodes_ = addLayer(paths.nodes, "nodes", wkbPoint25D, {{"node_id", OFTInteger64}});
+    roads_ = addLayer(paths.roads, "roads", wkbLineString25D, roadFields);
+    restrictions_ = addLayer(paths.restrictions, "restrictions", wkbPoint25D,
+                             {{"restriction", OFTString},
+                              {"vehicles", OFTString},
+                              {"condition", OFTString},
+                              {"except", OFTString},
+                              {"from_road_id", OFTInteger64},
+                              {"from_direction", OFTInteger},
+                              {"via_node_ids", OFTString},
+                              {"via_road_ids", OFTString},
+                              {"to_road_id", OFTInteger64},
+                              {"to_direction", OFTInteger},
+                              {"osm_relation_id", OFTInteger64}});
     node_.reset(OGRFeature::CreateFeature(nodes_->GetLayerDefn()));
     road_.reset(OGRFeature::CreateFeature(roads_->GetLayerDefn()));
     node_->SetGeometryDirectly(new OGRPoint(0.0, 0.0, 0.0));
     road_->SetGeometryDirectly(new OGRLineString);
+    restriction_.reset(OGRFeature::CreateFeature(restrictions_->GetLayerDefn()));
+    restriction_->SetGeometryDirectly(new OGRPoint(0.0, 0.0, 0.0));
     // Where there are no transactions this fails, which does not matter.
-    nodesFile_->StartTransaction();
+    for (File& file : files_) file.dataset->StartTransaction();
   }
 
   void add(NodeRow const& row) override {
@@ -85,34 +95,60 @@ class GdalTables final : public FeatureTables {
   void add(RoadRow const& row) override {
     int field = 0;
     road_->SetField(field++, static_cast<GIntBig>(row.id));
-    setText(field++, row.name);
-    setText(field++, row.highway);
+    setText(*road_, field++, row.name);
+    setText(*road_, field++, row.highway);
     road_->SetField(field++, static_cast<int>(row.direction));
     road_->SetField(field++, static_cast<GIntBig>(row.startNode));
     road_->SetField(field++, static_cast<GIntBig>(row.endNode));
     road_->SetField(field++, row.length);
-    setText(field++, row.wayIdText());
-    for (std::string const& value : row.tags) setText(field++, value);
+    setText(*road_, field++, row.wayIdText());
+    for (std::string const& value : row.tags) setText(*road_, field++, value);
     road_->GetGeometryRef()->toLineString()->setPoints(static_cast<int>(row.longitudes.size()),
                                                        row.longitudes.data(), row.latitudes.data(),
                                                        row.elevations.data());
     append(*roads_, *road_);
   }
 
+  void add(RestrictionRow const& row) override {
+    TurnRestriction const& restriction = row.restriction;
+    int field = 0;
+    setText(*restriction_, field++, row.kind);
+    setText(*restriction_, field++, row.vehicles);
+    setText(*restriction_, field++, row.condition);
+    setText(*restriction_, field++, row.except);
+    restriction_->SetField(field++, static_cast<GIntBig>(restriction.from.road->getID()));
+    restriction_->SetField(field++, directionNumber(row.fromIsForward()));
+    setText(*restriction_, field++, idList(restriction.viaNodes));
+    setText(*restriction_, field++, idList(restriction.viaRoads));
+    restriction_->SetField(field++, static_cast<GIntBig>(restriction.to.road->getID()));
+    restriction_->SetField(field++, directionNumber(row.toIsForward()));
+    restriction_->SetField(field++, static_cast<GIntBig>(restriction.relation));
+    *restriction_->GetGeometryRef()->toPoint() =
+        OGRPoint(row.longitude, row.latitude, row.elevation);
+    append(*restrictions_, *restriction_);
+  }
+
   void finish() override {
-    if (driver_->GetDescription() == std::string_view("GPKG")) addDefaultStyles(*nodesFile_);
-    nodesFile_->CommitTransaction();
-    nodesFile_.reset();
-    roadsFile_.reset();
+    if (driver_->GetDescription() == std::string_view("GPKG")) {
+      addDefaultStyles(*files_.front().dataset);
+    }
+    for (File& file : files_) {
+      file.dataset->CommitTransaction();
+      file.dataset.reset();
+    }
     errors_.check();
     // Not every driver notices that the disk is full when it closes a file.
-    std::size_t found = countFeatures(nodesPath_);
-    if (roadsPath_ != nodesPath_) found += countFeatures(roadsPath_);
+    std::size_t found = 0;
+    for (File const& file : files_) found += countFeatures(file.path);
     errors_.check();
     if (found != count_) throw std::runtime_error("GDAL lost what it wrote");
   }
 
  private:
+  struct File {
+    std::string path;
+    GDALDatasetUniquePtr dataset;
+  };
   struct Field {
     char const* name;
     OGRFieldType type;
@@ -123,14 +159,20 @@ class GdalTables final : public FeatureTables {
     if (!succeeded) throw std::runtime_error("GDAL does not say why");
   }
 
-  GDALDatasetUniquePtr create(std::string const& path) {
-    GDALDatasetUniquePtr file(driver_->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
-    check(file != nullptr);
-    return file;
+  // The one of that name, made when it is first asked for.
+  GDALDataset& fileAt(std::string const& path) {
+    for (File& file : files_) {
+      if (file.path == path) return *file.dataset;
+    }
+    files_.push_back(
+        {path, GDALDatasetUniquePtr(driver_->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr))});
+    check(files_.back().dataset != nullptr);
+    return *files_.back().dataset;
   }
 
-  OGRLayer* addLayer(GDALDataset& file, char const* name, OGRwkbGeometryType type,
+  OGRLayer* addLayer(std::string const& path, char const* name, OGRwkbGeometryType type,
                      std::vector<Field> const& fields) {
+    GDALDataset& file = fileAt(path);
     OGRSpatialReference wgs84;
     wgs84.SetWellKnownGeogCS("WGS84");
     wgs84.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
@@ -162,8 +204,8 @@ class GdalTables final : public FeatureTables {
     return count;
   }
 
-  void setText(int field, std::string const& text) {
-    text.empty() ? road_->SetFieldNull(field) : road_->SetField(field, text.c_str());
+  static void setText(OGRFeature& feature, int field, std::string const& text) {
+    text.empty() ? feature.SetFieldNull(field) : feature.SetField(field, text.c_str());
   }
 
   void append(OGRLayer& layer, OGRFeature& feature) {
@@ -173,21 +215,20 @@ class GdalTables final : public FeatureTables {
   }
 
   ErrorLog errors_;  // first: closing the files may still report to it
-  std::string nodesPath_;
-  std::string roadsPath_;
   std::size_t count_ = 0;
   GDALDriver* driver_ = nullptr;
-  GDALDatasetUniquePtr nodesFile_;
-  GDALDatasetUniquePtr roadsFile_;  // none where both tables are in one file
+  std::vector<File> files_;
   OGRLayer* nodes_ = nullptr;
   OGRLayer* roads_ = nullptr;
-  OGRFeatureUniquePtr node_;  // both are written over and over again
+  OGRLayer* restrictions_ = nullptr;
+  OGRFeatureUniquePtr node_;  // these are written over and over again
   OGRFeatureUniquePtr road_;
+  OGRFeatureUniquePtr restriction_;
 };
 
 }  // namespace
 
-FeatureTables* openFeatureTables(char const* driver, char const* nodesPath, char const* roadsPath,
+FeatureTables* openFeatureTables(char const* driver, TablePaths const& paths,
                                  std::vector<std::string> const& tagColumns) {
-  return new GdalTables(driver, nodesPath, roadsPath, tagColumns);
+  return new GdalTables(driver, paths, tagColumns);
 }

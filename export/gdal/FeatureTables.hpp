@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "export/NetworkRows.hpp"
+#include "export/RestrictionRows.hpp"
 
-/// Writes a table of nodes and one of roads. Errors are std::runtime_error.
+/// Writes a table of nodes, one of roads and one of turn restrictions. Errors are
+/// std::runtime_error.
 class FeatureTables {
  public:
   FeatureTables() = default;
@@ -17,14 +19,21 @@ class FeatureTables {
 
   virtual void add(NodeRow const& row) = 0;
   virtual void add(RoadRow const& row) = 0;
+  virtual void add(RestrictionRow const& row) = 0;
   /// Completes the files.
   virtual void finish() = 0;
 };
 
-/// What the library exports: tables in new files that GDAL's driver of that name makes. Both paths
-/// may be the same where the driver puts more than one table into a file. `tagColumns` are the
-/// names of the columns for the roads' tags. The caller deletes the result.
-extern "C" FeatureTables* openFeatureTables(char const* driver, char const* nodesPath,
-                                            char const* roadsPath,
+/// The file of each table. Those of several tables may be the same where the driver puts more than
+/// one into a file.
+struct TablePaths {
+  std::string nodes;
+  std::string roads;
+  std::string restrictions;
+};
+
+/// What the library exports: tables in new files that GDAL's driver of that name makes.
+/// `tagColumns` are the names of the columns for the roads' tags. The caller deletes the result.
+extern "C" FeatureTables* openFeatureTables(char const* driver, TablePaths const& paths,
                                             std::vector<std::string> const& tagColumns);
 using OpenFeatureTables = decltype(openFeatureTables);

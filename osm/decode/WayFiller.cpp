@@ -4,7 +4,18 @@
 #include <utility>
 #include <vector>
 
+#include "support/ustring.hpp"
+
 namespace OpenStreetMap {
+
+WayFiller::WayFiller(RecordStorage& storage, WayTable& ways, RelationTable& relations,
+                     Selection const& selection)
+    : ElementSink(storage),
+      ways_(ways),
+      relations_(relations),
+      selection_(selection),
+      wayKey_(storage.intern(selection.wayKey)),
+      relationType_(support::to_ustring(selection.relationType)) {}
 
 void WayFiller::storeNode(Id id, Position const& position) {
   nodes_.add(id, position.latitude, position.longitude);
@@ -21,7 +32,16 @@ void WayFiller::storeWay(Id id) {
 }
 
 void WayFiller::storeRelation(Id id) {
-  relationIds_.insert(id);
+  if (!relationIds_.insert(id) || !isOfKeptType(TagMap(tags()))) return;
+  relations_.insert({id, Tags(storage().keep(tags())), storage().keep(members())});
+}
+
+bool WayFiller::isOfKeptType(TagMap const& relation) const {
+  if (relationType_.empty()) return false;
+  auto const found = relation.find(u"type");
+  if (found == relation.end()) return false;
+  std::u16string_view const type = found->second;
+  return type.substr(0, type.find(u':')) == relationType_;
 }
 
 WayNodes WayFiller::takeNodes() {

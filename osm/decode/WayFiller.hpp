@@ -1,4 +1,4 @@
-// Keeps of a file what ways of one kind need.
+// Keeps of a file what ways of one kind need, and relations of one type.
 #pragma once
 
 #include <string>
@@ -12,18 +12,18 @@
 
 namespace OpenStreetMap {
 
-/// Stores the ways of a selection and, when all of the file is in, the nodes under them. Until then
-/// it keeps the nodes packed, because files have them before the ways.
+/// Stores the ways and relations of a selection and, when all of the file is in, the nodes under
+/// the ways. Until then it keeps the nodes packed, because files have them before the ways.
 class WayFiller final : public ElementSink {
  public:
   /// All must outlive the filler; `selection` is not everything.
-  WayFiller(RecordStorage& storage, WayTable& ways, Selection const& selection)
-      : ElementSink(storage),
-        ways_(ways),
-        selection_(selection),
-        wayKey_(storage.intern(selection.wayKey)) {}
+  WayFiller(RecordStorage& storage, WayTable& ways, RelationTable& relations,
+            Selection const& selection);
 
-  bool keepsDetails(ElementType type) const noexcept override { return type == ElementType::way; }
+  bool keepsDetails(ElementType type) const noexcept override {
+    return type == ElementType::way ||
+           (type == ElementType::relation && selection_.keepsRelations());
+  }
   bool keepsKey(std::string_view utf8) const noexcept override { return selection_.keeps(utf8); }
 
   /// The nodes under the ways. To be called once, at the end: the limits are known then, too.
@@ -35,13 +35,16 @@ class WayFiller final : public ElementSink {
   void storeNode(Id id, Position const& position) override;
   void storeWay(Id id) override;
   void storeRelation(Id id) override;
+  bool isOfKeptType(TagMap const& relation) const;
 
   template <class Action>
   void forEachFirstNode(Action const& action) const;
 
   WayTable& ways_;
+  RelationTable& relations_;
   Selection const& selection_;
   std::u16string const* wayKey_;
+  std::u16string relationType_;
   PackedNodes nodes_;
   SeenIds wayIds_;
   SeenIds relationIds_;
