@@ -157,6 +157,9 @@ class Report(unittest.TestCase):
                 self.assertEqual((row["severity"], row["text"]), (severity, text))
                 self.assertAlmostEqual(row["metres"], metres)
                 self.assertEqual(row["way_ids"], ";".join(map(str, ways)))
+            source.write_text('<osm version="0.6"></osm>')  # gives nothing to check
+            for target in json_, geojson, gpkg:
+                subprocess.check_call([PROGRAM, source, "-q", "-r", target, "--overwrite"])
             wrong = subprocess.run([PROGRAM, source, "-r", "x.shp"], stderr=subprocess.PIPE,
                                    check=False)
             self.assertEqual(wrong.returncode, 2)

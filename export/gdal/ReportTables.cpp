@@ -5,8 +5,7 @@
 #include <utility>
 
 #include "export/NumberText.hpp"
-#include "export/gdal/GdalFile.hpp"
-#include "export/gdal/defaultStyles.hpp"
+#include "export/gdal/GdalLayers.hpp"
 
 namespace {
 
@@ -23,9 +22,9 @@ std::string listed(std::vector<OpenStreetMap::Id> const& ids) {
 class GdalReportTables final : public ReportTables {
  public:
   explicit GdalReportTables(char const* path)
-      : file_("GPKG", path),
-        points_(addLayer("check_points", wkbMultiPoint)),
-        lines_(addLayer("check_lines", wkbMultiLineString)) {}
+      : layers_("GPKG"),
+        points_(addLayer(path, "check_points", wkbMultiPoint)),
+        lines_(addLayer(path, "check_lines", wkbMultiLineString)) {}
 
   void add(ReportRow const& row) override {
     OGRLayer& layer = row.points.empty() ? lines_ : points_;
@@ -39,23 +38,20 @@ class GdalReportTables final : public ReportTables {
     feature->SetField(field++, listed(row.nodeIds).c_str());
     feature->SetField(field++, row.text.c_str());
     feature->SetGeometryDirectly(row.points.empty() ? linesOf(row) : pointsOf(row));
-    file_.append(layer, *feature);
+    layers_.append(layer, *feature);
   }
 
-  void finish() override {
-    addDefaultStyles(file_.dataset());
-    file_.finish();
-  }
+  void finish() override { layers_.finish(); }
 
  private:
-  OGRLayer& addLayer(char const* name, OGRwkbGeometryType type) {
-    return file_.addLayer(name, type,
-                          {{"kind", OFTString},
-                           {"severity", OFTString},
-                           {"metres", OFTReal},
-                           {"way_ids", OFTString},
-                           {"node_ids", OFTString},
-                           {"text", OFTString}});
+  OGRLayer& addLayer(char const* path, char const* name, OGRwkbGeometryType type) {
+    return layers_.addLayer(path, name, type,
+                            {{"kind", OFTString},
+                             {"severity", OFTString},
+                             {"metres", OFTReal},
+                             {"way_ids", OFTString},
+                             {"node_ids", OFTString},
+                             {"text", OFTString}});
   }
 
   static OGRGeometry* pointsOf(ReportRow const& row) {
@@ -80,7 +76,7 @@ class GdalReportTables final : public ReportTables {
     return lines.release();
   }
 
-  GdalFile file_;
+  GdalLayers layers_;
   OGRLayer& points_;
   OGRLayer& lines_;
 };

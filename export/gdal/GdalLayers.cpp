@@ -1,4 +1,4 @@
-#include "export/gdal/GdalFile.hpp"
+#include "export/gdal/GdalLayers.hpp"
 
 #include <cpl_conv.h>
 #include <cpl_error.h>
@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "export/attribution.hpp"
+#include "export/gdal/defaultStyles.hpp"
 
 GdalErrors::GdalErrors() {
   CPLPushErrorHandlerEx(&GdalErrors::add, this);
@@ -21,7 +22,7 @@ void CPL_STDCALL GdalErrors::add(CPLErr level, CPLErrorNum, char const* message)
   if (level >= CE_Failure && first.empty()) first = message;
 }
 
-GdalFile::GdalFile(char const* driver, char const* path) : path_(path) {
+GdalLayers::GdalLayers(char const* driver) {
   for (auto const& [key, value] : {
            std::pair{"GDAL_NUM_THREADS", "1"},
            std::pair{"OGR_GPKG_ALLOW_THREADED_RTREE", "NO"},
@@ -38,12 +39,21 @@ GdalFile::GdalFile(char const* driver, char const* path) : path_(path) {
   GDALAllRegister();
   driver_ = GetGDALDriverManager()->GetDriverByName(driver);
   if (driver_ == nullptr) throw std::runtime_error(std::string("GDAL lacks ") + driver);
-  file_.reset(driver_->Create(path, 0, 0, 0, GDT_Unknown, nullptr));
-  check(file_ != nullptr);
 }
 
-OGRLayer& GdalFile::addLayer(char const* name, OGRwkbGeometryType type,
-                             std::initializer_list<Field> fields) {
+GDALDataset& GdalLayers::fileAt(std::string const& path) {
+  for (File& file : files_) {
+    if (file.path == path) return *file.dataset;
+  }
+  files_.push_back(
+      {path, GDALDatasetUniquePtr(driver_->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr))});
+  check(files_.back().dataset != nullptr);
+  return *files_.back().dataset;
+}
+
+OGRLayer& GdalLayers::addLayer(std::string const& path, char const* name, OGRwkbGeometryType type,
+                               std::vector<Field> const& fields) {
+  GDALDataset& file = fileAt(path);
   OGRSpatialReference wgs84;
   wgs84.SetWellKnownGeogCS("WGS84");
   wgs84.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
@@ -52,7 +62,7 @@ OGRLayer& GdalFile::addLayer(char const* name, OGRwkbGeometryType type,
   if (known != nullptr && std::string_view(known).find("'DESCRIPTION'") != std::string::npos) {
     options.SetNameValue("DESCRIPTION", (std::string(attribution) + ", " + license).c_str());
   }
-  OGRLayer* const layer = file_->CreateLayer(name, &wgs84, type, options.List());
+  OGRLayer* const layer = file.CreateLayer(name, &wgs84, type, options.List());
   check(layer != nullptr);
   for (Field const& field : fields) {
     OGRFieldDefn definition(field.name, field.type);
@@ -62,32 +72,40 @@ OGRLayer& GdalFile::addLayer(char const* name, OGRwkbGeometryType type,
   return *layer;
 }
 
-void GdalFile::append(OGRLayer& layer, OGRFeature& feature) {
-  // Once all layers are there. Where there are no transactions this fails, which does not matter.
-  if (count_ == 0) file_->StartTransaction();
+void GdalLayers::append(OGRLayer& layer, OGRFeature& feature) {
+  if (count_ == 0) {
+    // Where there are no transactions this fails, which does not matter.
+    for (File& file : files_) file.dataset->StartTransaction();
+  }
   feature.SetFID(OGRNullFID);
   check(layer.CreateFeature(&feature) == OGRERR_NONE);
   ++count_;
 }
 
-void GdalFile::finish() {
-  file_->CommitTransaction();
-  file_.reset();
+void GdalLayers::finish() {
+  if (driver_->GetDescription() == std::string_view("GPKG")) {
+    for (File& file : files_) addDefaultStyles(*file.dataset);
+  }
+  for (File& file : files_) {
+    if (count_ > 0) file.dataset->CommitTransaction();
+    file.dataset.reset();
+  }
   errors_.check();
   // Not every driver notices that the disk is full when it closes a file.
-  std::size_t const found = countFeatures();
+  std::size_t found = 0;
+  for (File const& file : files_) found += countFeatures(file.path);
   errors_.check();
   if (found != count_) throw std::runtime_error("GDAL lost what it wrote");
 }
 
-void GdalFile::check(bool succeeded) const {
+void GdalLayers::check(bool succeeded) const {
   errors_.check();
   if (!succeeded) throw std::runtime_error("GDAL does not say why");
 }
 
-std::size_t GdalFile::countFeatures() const {
+std::size_t GdalLayers::countFeatures(std::string const& path) const {
   char const* const drivers[] = {driver_->GetDescription(), nullptr};
-  GDALDatasetUniquePtr const file(GDALDataset::Open(path_.c_str(), GDAL_OF_VECTOR, drivers));
+  GDALDatasetUniquePtr const file(GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR, drivers));
   std::size_t count = 0;
   if (!file) return count;
   for (auto&& layer : file->GetLayers()) {

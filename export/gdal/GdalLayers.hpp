@@ -1,12 +1,12 @@
-// A file that one of GDAL's drivers writes.
+// Layers in files that one of GDAL's drivers writes.
 #pragma once
 
 #include <ogrsf_frmts.h>
 
 #include <cstddef>
-#include <initializer_list>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 /// GDAL reports failures to a handler, some of them nowhere else: closing a file returns nothing.
 /// The first one is kept and thrown by `check`.
@@ -28,32 +28,35 @@ class GdalErrors {
 };
 
 /// Errors are std::runtime_error.
-class GdalFile {
+class GdalLayers {
  public:
   struct Field {
     char const* name;
     OGRFieldType type;
   };
 
-  GdalFile(char const* driver, char const* path);
+  explicit GdalLayers(char const* driver);
 
-  /// Of places on WGS 84, longitude before latitude.
-  OGRLayer& addLayer(char const* name, OGRwkbGeometryType type,
-                     std::initializer_list<Field> fields);
-  /// Adds a copy of the feature, as a new one.
+  /// Of places on WGS 84, longitude before latitude. A file is made when it is first named.
+  OGRLayer& addLayer(std::string const& path, char const* name, OGRwkbGeometryType type,
+                     std::vector<Field> const& fields);
+  /// Adds a copy of the feature, as a new one, when all layers are there.
   void append(OGRLayer& layer, OGRFeature& feature);
-  /// To add what is no feature of a layer.
-  GDALDataset& dataset() { return *file_; }
-  /// Completes the file, and looks whether all is in it.
+  /// Completes the files, with default styles in a GeoPackage, and looks whether all is in them.
   void finish();
 
  private:
-  void check(bool succeeded) const;
-  std::size_t countFeatures() const;
+  struct File {
+    std::string path;
+    GDALDatasetUniquePtr dataset;
+  };
 
-  GdalErrors errors_;  // first: closing the file may still report to it
-  std::string path_;
+  void check(bool succeeded) const;
+  GDALDataset& fileAt(std::string const& path);
+  std::size_t countFeatures(std::string const& path) const;
+
+  GdalErrors errors_;  // first: closing the files may still report to it
   std::size_t count_ = 0;
   GDALDriver* driver_ = nullptr;
-  GDALDatasetUniquePtr file_;
+  std::vector<File> files_;
 };
