@@ -234,7 +234,8 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     bool const isForExchange = options.output && options.format->isForExchange;
     options.import.joining = joinings.at(joining.value_or(isForExchange ? "compatible" : "all"));
     options.import.oneWays = oneWayModes.at(oneWays.value_or(isForExchange ? "implied" : "tagged"));
-    options.import.restrictions = isForExchange || options.report;
+    // The report needs them, and so does the count of places to check.
+    options.import.restrictions = isForExchange || options.report || !options.quiet;
     checkTags(options.import.tags);
     if (options.output) options.import.usedTags = options.format->usedTags;
     return options;

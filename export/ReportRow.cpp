@@ -48,6 +48,7 @@ ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer)
                 {},
                 {}};
   for (auto const* const way : finding.ways) row.wayIds.push_back(way->id);
+  row.wayIds.insert(row.wayIds.end(), finding.absentWays.begin(), finding.absentWays.end());
   for (auto const& point : finding.points) {
     row.points.push_back({point.longitude, point.latitude, 0.0});
   }
@@ -58,7 +59,7 @@ ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer)
         row.lines.push_back(lineOf(*way, importer.reader.wayNodes));
       }
     }
-    if (std::isnan(row.metres)) row.metres = lengthOf(row.lines);
+    if (std::isnan(row.metres) && !row.lines.empty()) row.metres = lengthOf(row.lines);
   }
   row.text = sentence(finding, row.metres);
   return row;
@@ -66,6 +67,7 @@ ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer)
 
 void writeGeometry(JsonWriter& json, ReportRow const& row) {
   if (!row.points.empty()) return writePoints(json, row.points);
+  if (row.lines.empty()) return json.null();
   std::vector<GeoLine> lines;
   for (GeoLine const& line : row.lines) {
     for (GeoLine& part : cutAtAntimeridian(line)) lines.push_back(std::move(part));

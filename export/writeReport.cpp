@@ -88,8 +88,10 @@ class ReportWriter {
     if (kind.isAboutOneWay) wayWithTag(*finding.ways.front(), kind.key);
     if (!finding.nodes.empty()) json_.member("node").integer(finding.nodes.front());
     if (finding.nodes.size() > 1) json_.member("nodes").integers(finding.nodes);
-    GeoPosition const& first = row.points.empty() ? row.lines[0][0] : row.points[0];
-    at({first.latitude, first.longitude});
+    if (!row.points.empty() || !row.lines.empty()) {
+      GeoPosition const& first = row.points.empty() ? row.lines[0][0] : row.points[0];
+      at({first.latitude, first.longitude});
+    }
     if (finding.roads.size() == 1) json_.member("road").integer(finding.roads.front());
     if (finding.roads.size() > 1) json_.member("roads").integers(finding.roads);
     if (!kind.isAboutOneWay) {
@@ -99,6 +101,7 @@ class ReportWriter {
         json_.endObject();
       });
     }
+    if (!finding.absentWays.empty()) json_.member("absentWays").integers(finding.absentWays);
     for (auto const& [name, value] : finding.details) {
       json_.member(name);
       std::visit([&](auto of) { write(of); }, value);

@@ -15,6 +15,7 @@ FindingKind const& describe(Finding::Kind kind) {
       {"islands", "highway", false},
       {"impliedOneway", "highway", true},
       {"unknownOneway", "oneway", true},
+      {"unmappedRestrictions", "highway", false},
       {"sharedNodes", "layer", false},
       {"oddLayers", "layer", true},
       {"levelBridges", "highway", true},

@@ -28,6 +28,7 @@ struct Finding {
     islands,
     impliedOneway,
     unknownOneway,
+    unmappedRestrictions,
     sharedNodes,
     oddLayers,
     levelBridges,
@@ -37,7 +38,7 @@ struct Finding {
     differentNames,
     nameAndNone,
   };
-  static constexpr std::size_t kinds = 14;
+  static constexpr std::size_t kinds = 15;
 
   using Position = OpenStreetMap::WayNodes::Position;
   /// A part of a road's centre line; views into the road.
@@ -51,11 +52,12 @@ struct Finding {
   Kind kind;
   Severity severity;
   std::vector<OpenStreetMap::Way const*> ways = {};  ///< ten at most
+  std::vector<OpenStreetMap::Id> absentWays = {};    ///< that the file lacks, or no roads; the same
   std::vector<OpenStreetMap::Id> nodes = {};         ///< ten at most
   std::vector<support::ModelId> roads = {};          ///< that it is about; none where they are many
   std::vector<Detail> details = {};
   /// Where it is: points, or else stretches of roads, or, without any of these, the lines of
-  /// `ways`.
+  /// `ways`. Nowhere in the file, if there are none.
   std::vector<Position> points = {};
   std::vector<Stretch> stretches = {};
   /// In the vertical where two roads cross, else along the ground. NaN stands for the length of the

@@ -26,6 +26,9 @@ void findCrossings(RoadNetworkImporter const& importer, RoadGraph const& graph,
 /// Parts of the network that are not connected with the largest one, whatever the directions.
 void findIslands(RoadNetworkImporter const& importer, RoadGraph const& graph, ImportReport& report);
 
+/// Turn restrictions that have no place in the network.
+void findUnmappedRestrictions(RoadNetworkImporter const& importer, ImportReport& report);
+
 /// Nodes of the largest part from which the directions do not allow to get everywhere, or where
 /// they do not allow to get.
 void findTraps(RoadNetworkImporter const& importer, RoadGraph const& graph, ImportReport& report);

@@ -47,6 +47,7 @@ ImportReport reportOn(RoadNetworkImporter const& importer) {
   findCrossings(importer, graph, report);
   findIslands(importer, graph, report);
   findTraps(importer, graph, report);
+  findUnmappedRestrictions(importer, report);
   auto const byId = [](Way const* a, Way const* b) { return a->id < b->id; };
   std::sort(report.notARoad.begin(), report.notARoad.end(), byId);
   std::sort(report.fewerThanTwoNodes.begin(), report.fewerThanTwoNodes.end(), byId);

@@ -88,6 +88,10 @@ std::string sentence(Finding const& finding, double metres) {
       return "No \"oneway\" tag where one is implied: imported as two-way.";
     case Finding::Kind::unknownOneway:
       return "oneway=" + valueOf(*ways[0], u"oneway") + " is not understood: imported as two-way.";
+    case Finding::Kind::unmappedRestrictions:
+      return "Turn restriction " + std::to_string(detail<std::int64_t>(finding, "relation")) +
+             " has no place in the network: " +
+             std::string(detail<std::string_view>(finding, "reason")) + '.';
     case Finding::Kind::sharedNodes:
       return "A node in the middle of " + listOfWays(ways) +
              ", which are on different layers, connects them.";

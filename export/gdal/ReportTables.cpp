@@ -27,7 +27,7 @@ class GdalReportTables final : public ReportTables {
         lines_(addLayer(path, "check_lines", wkbMultiLineString)) {}
 
   void add(ReportRow const& row) override {
-    OGRLayer& layer = row.points.empty() ? lines_ : points_;
+    OGRLayer& layer = row.lines.empty() ? points_ : lines_;
     OGRFeatureUniquePtr const feature(OGRFeature::CreateFeature(layer.GetLayerDefn()));
     int field = 0;
     feature->SetField(field++, std::string(row.kind).c_str());
@@ -37,7 +37,7 @@ class GdalReportTables final : public ReportTables {
     feature->SetField(field++, listed(row.wayIds).c_str());
     feature->SetField(field++, listed(row.nodeIds).c_str());
     feature->SetField(field++, row.text.c_str());
-    feature->SetGeometryDirectly(row.points.empty() ? linesOf(row) : pointsOf(row));
+    feature->SetGeometryDirectly(row.lines.empty() ? pointsOf(row) : linesOf(row));
     layers_.append(layer, *feature);
   }
 
