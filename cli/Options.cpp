@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <boost/algorithm/string/trim.hpp>
 #include <iomanip>
 #include <iostream>
 #include <map>
@@ -34,6 +35,7 @@ CLI::Validator oneOf(std::map<std::string, Value> const& choices) {
 
 // Each is a column of its own, which other columns are not.
 void checkTags(std::vector<std::string>& tags) {
+  for (std::string& tag : tags) boost::algorithm::trim(tag);
   std::erase(tags, "");
   for (auto tag = tags.begin(); tag != tags.end(); ++tag) {
     if (std::find(tags.begin(), tag, *tag) != tag) {
@@ -140,7 +142,7 @@ void refuseSameFiles(Options const& options) {
 void refuseExtras(std::vector<std::string> const& extras) {
   if (extras.empty()) return;
   for (std::string const& extra : extras) {
-    if (extra.starts_with('-')) throw CLI::ExtrasError("", extras);
+    if (extra.starts_with('-')) throw CLI::ValidationError(extra, "there is no such option");
   }
   throw CLI::ValidationError(
       "INPUT", "one file at a time; \"osmium merge A B -o merged.osm.pbf\" makes one of several");
@@ -203,7 +205,8 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
       ->type_name("tagged|implied");
   options.import.tags = usualTags;
   app.add_option("--tags", options.import.tags,
-                 "export these OSM tags; default: those that most networks need")
+                 "export these OSM tags, \"\" for none; default: those that most networks need;\n"
+                 "json has no tags")
       ->delimiter(',')
       ->allow_extra_args(false)
       ->option_text("KEY,...");

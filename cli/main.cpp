@@ -3,12 +3,15 @@
 #include <unistd.h>
 
 #include <boost/uuid/uuid.hpp>
+#include <charconv>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <system_error>
 
 #include "cli/Options.hpp"
 #include "cli/ProgressLine.hpp"
@@ -43,14 +46,25 @@ RoadNetworkImporter& makeImporter(ImportOptions const& options) {
   return import->importer;
 }
 
+// What the name says that is open already: standard input, or what a shell makes of <(command).
+std::optional<int> openDescriptor(std::string_view name) {
+  if (name == "-" || name == "/dev/stdin") return STDIN_FILENO;
+  constexpr std::string_view folder = "/dev/fd/";
+  int number = -1;
+  if (!name.starts_with(folder)) return std::nullopt;
+  auto const [end, error] =
+      std::from_chars(name.data() + folder.size(), name.data() + name.size(), number);
+  bool const isNumber = error == std::errc() && end == name.data() + name.size() && number >= 0;
+  return isNumber ? std::optional(number) : std::nullopt;
+}
+
 void openInput(Options const& options, OpenStreetMap::Reader& reader) {
-  if (options.input != "-") {
-    reader.setFile(support::to_ustring(options.input));
-  } else if (::isatty(STDIN_FILENO) == 1) {  // nobody types a map
+  auto const descriptor = openDescriptor(options.input);
+  if (!descriptor) return reader.setFile(support::to_ustring(options.input));
+  if (::isatty(*descriptor) == 1) {  // nobody types a map
     throw std::runtime_error(options.inputName() + ": is a terminal; send a file to it");
-  } else {
-    reader.setOpenFile(STDIN_FILENO, options.inputName());
   }
+  reader.setOpenFile(*descriptor, options.inputName());
 }
 
 void import(Options const& options) {

@@ -1,5 +1,5 @@
-# What is installed: the program with its manual page and completions, the extension, the libraries that a host shares with it, all that
-# a host includes, and how CMake and pkg-config find these.
+# What is installed: the program with its manual page and completions, the extension, the libraries
+# that a host shares with it, all that a host includes, and how CMake and pkg-config find these.
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/osm2roadnet)
 set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/osm2roadnet)

@@ -77,7 +77,7 @@ void GmnsMovements::write(RoadNetworkImporter const& importer, OutputFolder cons
               idList(viaRoads), to.road->getID(), directionNumber(row.toIsForward()), relation);
     if (!viaRoads.empty()) return;
     csv::line(movements, ++movement, viaNodes.front(), link(*from.road, row.fromIsForward()),
-              link(*to.road, row.toIsForward()), movementType(row), isAbsolute(row) ? "0" : "",
+              link(*to.road, row.toIsForward()), movementType(row), isAbsolute(row) ? "0" : "NaN",
               row.kind, row.vehicles, row.condition, row.except, relation, from.road->getID(),
               to.road->getID());
   });

@@ -68,8 +68,8 @@ OutputName::OutputName(std::string const& name, bool overwrite,
     fail("is the current folder, which can't be replaced");
   }
   OtherFile const other = otherFileIn(path_.c_str());
-  if (!overwrite && *other.name != '\0') failBecauseItExists();
   if (other.isThere()) failBecauseOf(other);
+  if (!overwrite && !std::filesystem::is_empty(path_)) failBecauseItExists();
   if (::access(path_.c_str(), W_OK | X_OK) != 0) throwCantWrite(name_);
 }
 
@@ -142,7 +142,6 @@ OutputName::OtherFile OutputName::otherFileIn(char const* folder) const {
                         if (other.isThere() || file == "." || file == "..") return;
                         struct stat status {};
                         bool const isOurs =
-                            overwrite_ &&
                             std::find(files_.begin(), files_.end(), file) != files_.end() &&
                             ::fstatat(descriptor, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
                             !S_ISDIR(status.st_mode);

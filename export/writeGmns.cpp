@@ -115,6 +115,7 @@ std::vector<std::string> gmnsTags() {
           "maxspeed:backward",
           "motor_vehicle",
           "motorcar",
+          "motorroad",
           "hgv",
           "bus",
           "psv",

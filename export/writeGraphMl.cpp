@@ -178,9 +178,7 @@ class GraphMlWriter {
   }
 
   void writeEdge(RoadRow const& road, DirectedEdge const& edge) {
-    file_.write("<edge id=\"");
-    file_.write(NumberText(++edges_));
-    file_.write("\" source=\"");
+    file_.write("<edge source=\"");
     file_.write(NumberText(edge.from));
     file_.write("\" target=\"");
     file_.write(NumberText(edge.to));
@@ -210,7 +208,6 @@ class GraphMlWriter {
   RoadNetworkImporter const& importer_;
   BufferedFile& file_;
   std::vector<Tag> tags_;
-  std::size_t edges_ = 0;
 };
 
 }  // namespace

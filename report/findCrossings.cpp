@@ -55,8 +55,11 @@ void findCrossings(RoadNetworkImporter const& importer, RoadGraph const& graph,
     Finding::Position position;
     double apart;
 
+    // One place comes out of different segments with different last bits.
     auto place() const {
-      return std::tuple(one->getID(), other->getID(), position.latitude, position.longitude);
+      auto const rounded = [](double degrees) { return std::llround(degrees * 1e9); };
+      return std::tuple(one->getID(), other->getID(), rounded(position.latitude),
+                        rounded(position.longitude));
     }
   };
   std::vector<Crossing> crossings;

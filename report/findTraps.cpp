@@ -105,8 +105,10 @@ void findTraps(RoadNetworkImporter const& importer, RoadGraph const& graph, Impo
   std::stable_sort(traps.begin(), traps.end(),
                    [&](Number a, Number b) { return nodes[a].size() > nodes[b].size(); });
   for (Number const trap : traps) {
+    // Where a way leads out and yet not away, it leads into another trap, which is the one to mend.
+    bool const isEffect = (canLeave[trap] || hasWayOut[trap]) && (canReach[trap] || hasWayIn[trap]);
     Finding finding{.kind = Finding::Kind::traps,
-                    .severity = Severity::high,
+                    .severity = isEffect ? Severity::low : Severity::high,
                     .details = {{"trap", nameOfTrap(canLeave[trap], canReach[trap])},
                                 {"nodeCount", static_cast<std::int64_t>(nodes[trap].size())}}};
     for (std::size_t const road : roads[trap]) {

@@ -79,8 +79,12 @@ std::string sentence(Finding const& finding, double metres) {
     case Finding::Kind::traps:
       return trapOf(finding);
     case Finding::Kind::crossings:
-      return "Two roads, of " + listOfWays(ways) + ", cross without a common node, only " +
-             decimal(metres) + " m apart in height.";
+      if (finding.severity == Severity::low) {
+        return "Two roads, of " + listOfWays(ways) + ", cross on different layers, but only " +
+               decimal(metres) + " m apart in height: the ramps of the network are too flat.";
+      }
+      return "Two roads, of " + listOfWays(ways) + ", cross without a common node, " +
+             (metres == 0.0 ? "on one level." : decimal(metres) + " m apart in height.");
     case Finding::Kind::islands:
       return counted(detail<std::int64_t>(finding, "roadCount"), "road") + ", " +
              metresOrMore(metres) + " long, not connected with the rest of the network.";

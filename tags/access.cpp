@@ -43,5 +43,6 @@ bool mayUse(RoadUser user, Tags const& tags) {
   }
   bool const isUnmotorized = user == RoadUser::bicycle || user == RoadUser::pedestrian;
   return !isUnmotorized ||
-         !(tags.has(u"highway", u"motorway") || tags.has(u"highway", u"motorway_link"));
+         !(tags.has(u"highway", u"motorway") || tags.has(u"highway", u"motorway_link") ||
+           tags.has(u"motorroad", u"yes"));
 }

@@ -1,12 +1,38 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <GeographicLib/Geodesic.hpp>
 #include <cmath>
+#include <map>
 #include <random>
 
+#include "report/ImportReport.hpp"
 #include "report/lineLength.hpp"
+#include "tests/fixture/Import.hpp"
 
 namespace {
+
+// Out of d there is a way, but only into e: to mend e mends both. So it is with h, which leads to
+// i.
+TEST(Traps, AreHighWhereTheyBegin) {
+  Import const import(Town("a-b-c-d-e\n"
+                           "|/\n"
+                           "f-h-i\n")
+                          .way("abcfa")
+                          .way("ac")
+                          .way("cd", "oneway=yes")
+                          .way("de", "oneway=yes")
+                          .way("hf", "oneway=yes")
+                          .way("ih", "oneway=yes"),
+                      {.joining = Joining::none});
+  std::map<OpenStreetMap::Id, Severity> severities;
+  ImportReport const report = reportOn(import.importer);
+  for (Finding const& trap : report.findings[static_cast<std::size_t>(Finding::Kind::traps)]) {
+    severities[trap.nodes.front()] = trap.severity;
+  }
+  EXPECT_THAT(severities, testing::ElementsAre(
+                              testing::Pair(4, Severity::low), testing::Pair(5, Severity::high),
+                              testing::Pair(8, Severity::low), testing::Pair(9, Severity::high)));
+}
 
 TEST(Distance, IsThatOfTheGeodesic) {
   auto const& earth = GeographicLib::Geodesic::WGS84();

@@ -127,7 +127,7 @@ class Restrictions(unittest.TestCase):
             self.assertEqual([inbound["road_id"], outbound["road_id"]],
                              [movement["from_road_id"], movement["to_road_id"]])
         self.assertEqual([(m["type"], m["capacity"]) for m in movements][:2],
-                         [("left", ""), ("right", "")])
+                         [("left", "NaN"), ("right", "NaN")])
         self.assertEqual({m["capacity"] for m in movements[2:]}, {"0"})
 
     def test_json_has_none(self):

@@ -14,7 +14,7 @@ from random import Random
 
 import networkx
 
-TOWNS = 60
+TOWNS = 400
 LIMITS = [("crossings", 0, 3), ("lowClearance", 3, 4.5)]
 
 
