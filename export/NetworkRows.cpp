@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 #include <utility>
 
 #include "export/NumberText.hpp"
@@ -18,15 +19,16 @@ namespace {
 
 // The different values along a road.
 std::string valuesOf(std::u16string_view key, std::span<RoadPiece const> pieces) {
-  std::vector<std::u16string_view> values;
+  std::unordered_set<std::u16string const*> seen;  // equal strings of a file are one
+  std::u16string const* last = nullptr;
   std::u16string joined;
   for (RoadPiece const& piece : pieces) {
     auto const tag = piece.way->tags.find(key);
-    if (tag == piece.way->tags.end()) continue;
-    std::u16string_view const value = tag->second;
-    if (std::find(values.begin(), values.end(), value) != values.end()) continue;
-    if (!values.empty()) joined += u';';
-    joined += values.emplace_back(value);
+    if (tag == piece.way->tags.end() || &tag->second == last) continue;
+    bool const isFirst = std::exchange(last, &tag->second) == nullptr;
+    if (pieces.size() > 1 && !seen.insert(last).second) continue;
+    if (!isFirst) joined += u';';
+    joined += *last;
   }
   return exchangeable(joined);
 }

@@ -17,11 +17,15 @@ using velora::roadnetwork::Road;
 
 namespace {
 
-// https://wiki.openstreetmap.org/wiki/Forward_%26_backward,_left_%26_right
-bool isDirectional(std::u16string_view key) {
-  auto const has = [&](std::u16string_view part) { return key.find(part) != key.npos; };
-  return has(u":forward") || has(u":backward") || has(u":left") || has(u":right") ||
-         key == u"incline" || key == u"direction";
+// Whether what a tag says depends on the direction in which its way was drawn
+// (https://wiki.openstreetmap.org/wiki/Forward_%26_backward,_left_%26_right).
+bool isDirectional(std::u16string_view key, std::u16string_view value) {
+  for (std::u16string_view const word :
+       {u"forward", u"backward", u"left", u"right", u"up", u"down", u"opposite"}) {
+    if (key.find(word) != key.npos || value.find(word) != value.npos) return true;
+  }
+  return key.starts_with(u"oneway:") || key.starts_with(u"turn:lanes") || key == u"incline" ||
+         key == u"direction";
 }
 
 bool haveSame(Tags const& one, Tags const& other, std::u16string_view key) {
@@ -36,11 +40,29 @@ bool haveSame(Tags const& one, Tags const& other, std::u16string_view key) {
 }  // namespace
 
 MayJoin::MayJoin(RoadNetworkImporter const& importer) : importer_(importer) {
-  keys_ = {{u"highway", false}, {u"name", false}};
+  if (importer.options.joining != Joining::compatible) return;
+  keepRestrictedNodes();
+  keys_ = {u"highway", u"name"};
   for (auto const* const tags : {&importer.options.tags, &importer.options.usedTags}) {
     for (std::string const& tag : *tags) {
-      std::u16string const key = support::to_ustring(tag);
-      keys_.push_back({key, isDirectional(key)});
+      keys_.push_back(support::to_ustring(tag));
+    }
+  }
+}
+
+// On one road there would be no turn left to restrict.
+void MayJoin::keepRestrictedNodes() {
+  for (auto const& relation : importer_.reader.relations) {
+    for (OpenStreetMap::Member const& member : relation.members) {
+      if (*member.role != u"via") continue;
+      if (member.type == OpenStreetMap::ElementType::node) {
+        restrictedNodes_.insert(member.reference);
+      } else if (auto const* const way = importer_.reader.ways.find(member.reference);
+                 member.type == OpenStreetMap::ElementType::way && way != nullptr &&
+                 !way->nodeReferences.empty()) {
+        restrictedNodes_.insert(way->nodeReferences.front());
+        restrictedNodes_.insert(way->nodeReferences.back());
+      }
     }
   }
 }
@@ -58,6 +80,7 @@ bool MayJoin::operator()(Node const& node) const {
 }
 
 bool MayJoin::areCompatible(NodeImpl const& node) const {
+  if (restrictedNodes_.contains(OpenStreetMap::osmId(node.getID()))) return false;
   std::array<Road, 2> roads;
   auto next = roads.begin();
   for (Road const& road : node.getIncomingRoads()) *next++ = road;
@@ -75,8 +98,10 @@ bool MayJoin::areCompatible(NodeImpl const& node) const {
 
 bool MayJoin::agree(Tags const& one, Tags const& other, bool isTurned) const {
   return wayLayerElevation(one) == wayLayerElevation(other) &&
-         std::all_of(keys_.begin(), keys_.end(), [&](Key const& key) {
-           return haveSame(one, other, key.text) &&
-                  !(isTurned && key.isDirectional && one.contains(key.text));
+         std::all_of(keys_.begin(), keys_.end(), [&](std::u16string const& key) {
+           if (!haveSame(one, other, key)) return false;
+           auto const tag = one.find(key);
+           bool const isName = key == u"name";
+           return !isTurned || isName || tag == one.end() || !isDirectional(key, tag->second);
          });
 }

@@ -3,6 +3,7 @@
 
 #include "importer/RoadNetworkImporter.hpp"
 #include "model/roadnetwork/Node.hpp"
+#include "support/IdMap.hpp"
 
 /// Whether the two roads that end at a Node may be joined there, as the importer's options have it.
 /// No road must have been joined yet.
@@ -16,11 +17,9 @@ class MayJoin {
   bool areCompatible(velora::roadnetwork::NodeImpl const& node) const;
   bool agree(OpenStreetMap::Tags const& one, OpenStreetMap::Tags const& other, bool isTurned) const;
 
-  struct Key {
-    std::u16string text;
-    bool isDirectional;  // whether its value depends on the direction in which a way was drawn
-  };
+  void keepRestrictedNodes();
 
   RoadNetworkImporter const& importer_;
-  std::vector<Key> keys_;
+  std::vector<std::u16string> keys_;  // of the tags that have to agree
+  support::IdSet restrictedNodes_;    // where turns are restricted
 };

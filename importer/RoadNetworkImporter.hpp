@@ -28,7 +28,9 @@ class RoadNetworkImporter {
                       ImportOptions chosen = {})
       : model(hostModel), roadNetwork(hostNetwork), options(std::move(chosen)) {
     auto selection = roadSelection(options.tags, options.usedTags);
-    if (options.restrictions) addRestrictions(selection);
+    if (options.restrictions || options.joining == Joining::compatible) {
+      addRestrictions(selection);  // joining leaves the Nodes of turn restrictions alone
+    }
     reader.setSelection(std::move(selection));
   }
   RoadNetworkImporter(RoadNetworkImporter const&) = delete;

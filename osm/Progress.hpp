@@ -6,8 +6,7 @@
 
 namespace OpenStreetMap {
 
-/// Called now and then while the file is read: one call at a time, but with a PbfRunner of many
-/// threads on any of them. The size of a stream is 0 until its end.
+/// Called now and then while the file is read. The size of a stream is 0 until its end.
 using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t fileSize)>;
 
 }  // namespace OpenStreetMap

@@ -6,8 +6,8 @@ namespace {
 
 // A turn that nobody can make needs no restriction.
 bool isWithoutEffect(UnmappedReason reason) {
-  return reason == UnmappedReason::viaIsJoined || reason == UnmappedReason::againstOneway ||
-         reason == UnmappedReason::wayIsNoRoad || reason == UnmappedReason::viaOnNoRoad;
+  return reason == UnmappedReason::againstOneway || reason == UnmappedReason::wayIsNoRoad ||
+         reason == UnmappedReason::viaOnNoRoad;
 }
 
 }  // namespace

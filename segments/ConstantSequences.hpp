@@ -14,7 +14,7 @@ class ConstantSequences {
 
   explicit ConstantSequences(double value) : value_(value) {}
 
-  /// `size` times the value. Holds until the next call.
+  /// `size` times the value. Holds until a call with a larger size.
   Sequence const& of(std::size_t size) {
     if (size >= bySize_.size()) bySize_.resize(size + 1);
     if (bySize_[size]->size() != size) bySize_[size] = std::vector<double>(size, value_);

@@ -106,7 +106,8 @@ class Osm(osmium.SimpleHandler):
 
     def relation(self, relation):
         kind = relation.tags.get("restriction", "")
-        if relation.tags.get("type") == "restriction" and kind[:3] in ("no_", "onl"):
+        has_times = any(key.endswith(("_on", "_off")) for key, _ in relation.tags)
+        if relation.tags.get("type") == "restriction" and kind[:3] in ("no_", "onl") and not has_times:
             roles = defaultdict(list)
             for member in relation.members:
                 roles[member.role].append((member.type, member.ref))
@@ -149,7 +150,7 @@ def gmns(path):
             edge_of[link["link_id"]] = len(edge_of)
         graph.add(road, start, end, float(links[0]["length"]), True, len(links) == 2)
     for row in rows("movement.csv"):
-        if not row["vehicles"]:
+        if not row["vehicles"] and not row["condition"]:
             graph.restrict(row["restriction"], [edge_of[row["ib_link_id"]]],
                            [edge_of[row["ob_link_id"]]])
     return graph, sum(float(links[0]["length"]) for links in roads.values())
@@ -164,7 +165,7 @@ def graphml(path):
         edges_of[road] = range(len(graph.edges), len(graph.edges) + len(edges))
         graph.add(road, *edges[0], True, len(edges) == 2)
     for one in json.loads(network.graph.get("restrictions", "[]")):
-        if not one["via_road_ids"] and not one["vehicles"]:
+        if not one["via_road_ids"] and not one["vehicles"] and not one["condition"]:
             via, = one["via_node_ids"]
             graph.restrict(one["restriction"], *(
                 [edge for edge in edges_of[one[road]] if graph.edges[edge][end] == via]

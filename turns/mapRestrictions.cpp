@@ -1,6 +1,8 @@
 #include "turns/mapRestrictions.hpp"
 
 #include <algorithm>
+#include <array>
+#include <map>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -23,17 +25,23 @@ using OpenStreetMap::Way;
 namespace {
 
 struct Members {
+  Members() = default;
+  // Each member once.
   explicit Members(Relation const& relation) {
+    std::array<support::IdSet, 4> seen;
+    auto const add = [&](std::size_t kind, std::vector<Id>& ids, Id id) {
+      if (seen[kind].insert(id).second) ids.push_back(id);
+    };
     for (Member const& member : relation.members) {
       bool const isWay = member.type == ElementType::way;
       if (*member.role == u"from" && isWay) {
-        from.push_back(member.reference);
+        add(0, from, member.reference);
       } else if (*member.role == u"to" && isWay) {
-        to.push_back(member.reference);
+        add(1, to, member.reference);
       } else if (*member.role == u"via" && isWay) {
-        viaWays.push_back(member.reference);
+        add(2, viaWays, member.reference);
       } else if (*member.role == u"via" && member.type == ElementType::node) {
-        viaNodes.push_back(member.reference);
+        add(3, viaNodes, member.reference);
       }
     }
   }
@@ -69,8 +77,21 @@ class Mapper {
     }
     if (rules.empty()) return;
     if (auto const reason = whyOdd(members, rules)) return refuse(relation, members, *reason);
+    std::map<UnmappedReason, Members> refused;
     for (Id const from : members.from) {
-      for (Id const to : members.to) mapTurn(relation, members, from, to, rules);
+      for (Id const to : members.to) {
+        if (auto const reason = mapTurn(relation, members, from, to, rules)) {
+          refused[*reason].from.push_back(from);
+          refused[*reason].to.push_back(to);
+        }
+      }
+    }
+    for (auto& [reason, turns] : refused) {
+      // There are several of one of them at most.
+      (members.from.size() == 1 ? turns.from : turns.to).resize(1);
+      turns.viaWays = members.viaWays;
+      turns.viaNodes = members.viaNodes;
+      refuse(relation, turns, reason);
     }
   }
 
@@ -98,20 +119,16 @@ class Mapper {
     return std::nullopt;
   }
 
-  void mapTurn(Relation const& relation, Members const& members, Id from, Id to,
-               Rules const& rules) {
+  std::optional<UnmappedReason> mapTurn(Relation const& relation, Members const& members, Id from,
+                                        Id to, Rules const& rules) {
     auto found = findRoute(members, from, to);
-    if (auto const* const reason = std::get_if<UnmappedReason>(&found)) {
-      Members turn = members;
-      turn.from = {from};
-      turn.to = {to};
-      return refuse(relation, turn, *reason);
-    }
+    if (auto const* const reason = std::get_if<UnmappedReason>(&found)) return *reason;
     auto const& route = std::get<TurnRoute>(found);
     for (auto const& rule : rules) {
       result_.mapped.push_back(
           {relation.id, rule, route.from, route.viaNodes, route.viaRoads, route.to});
     }
+    return std::nullopt;
   }
 
   std::variant<TurnRoute, UnmappedReason> findRoute(Members const& members, Id from, Id to) const {

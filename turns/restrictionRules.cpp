@@ -84,7 +84,7 @@ class RuleReader {
       Text const statement = value.substr(0, length);
       value.remove_prefix(std::min(value.size(), length + 1));
       std::size_t const at = statement.find(u'@');
-      if (at == Text::npos) {
+      if (at == Text::npos || trimmed(statement.substr(at + 1)).empty()) {
         rules_.hasUnknown = true;
       } else {
         add(statement.substr(0, at), vehicles, trimmed(statement.substr(at + 1)));

@@ -47,6 +47,7 @@ class ModelElementImpl : public ElementImpl {
   /// were made one after the other lie side by side, but who goes from one to its neighbours steps
   /// all over memory.
   static void prefetch(ModelElementImpl const* element) noexcept {
+    if (element == nullptr) return;
     constexpr std::size_t cacheLine = 64;
     __builtin_prefetch(element);
     __builtin_prefetch(reinterpret_cast<char const*>(element) + cacheLine);
