@@ -11,7 +11,6 @@
 #include "report/segmentCrossing.hpp"
 
 using velora::roadnetwork::Road;
-using velora::roadnetwork::RoadImpl;
 using velora::roadnetwork::RoadNetworkImpl;
 
 namespace {
