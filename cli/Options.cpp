@@ -240,6 +240,8 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     // The report needs them, and so does the count of places to check.
     options.import.restrictions = isForExchange || options.report || !options.quiet;
     checkTags(options.import.tags);
+    // Who does not need them does not keep them.
+    if (!isForExchange && options.import.joining != Joining::compatible) options.import.tags = {};
     if (options.output) options.import.usedTags = options.format->usedTags;
     return options;
   } catch (CLI::CallForHelp const&) {

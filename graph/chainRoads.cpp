@@ -130,6 +130,7 @@ class ChainPlan {
     for (std::size_t i = 0; i < roads_.size(); ++i) {
       if (parents_[i] == i && chains_[i].name) prepareChain(i);
     }
+    importer_.roadPieces.sort();
     // In this order each Node's collections end up as if the joins were made one after the other.
     std::sort(moves_.begin(), moves_.end(),
               [](Move const& a, Move const& b) { return a.join < b.join; });
@@ -268,15 +269,16 @@ class ChainPlan {
   }
 
   void recordPieces(std::size_t chain, std::vector<Piece> const& pieces) {
-    std::vector<RoadPiece> record;
-    record.reserve(pieces.size());
+    bool const areKnown = std::all_of(pieces.begin(), pieces.end(), [&](Piece const& piece) {
+      return ways_[piece.road].has_value();
+    });
+    if (!areKnown) return;  // some were in the network before
+    importer_.roadPieces.begin(idOf(chain));
     for (Piece const& piece : pieces) {
-      auto const& way = ways_[piece.road];
-      if (!way) return;
-      record.push_back({&importer_.reader.ways.at(*way),
-                        roads_[piece.road]->getCentersX().values().size(), piece.reversed});
+      auto const points = roads_[piece.road]->getCentersX().values().size();
+      importer_.roadPieces.add({*ways_[piece.road], static_cast<std::uint32_t>(points),
+                                piece.reversed, &piece == &pieces.back()});
     }
-    importer_.roadPieces.add(idOf(chain), record);
   }
 
   void prepareChain(std::size_t number) {

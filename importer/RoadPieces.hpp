@@ -1,16 +1,14 @@
 // What each road was made of, from its start to its end.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <span>
-#include <utility>
 #include <vector>
 
 #include "importer/RoadWayIds.hpp"
 #include "model/roadnetwork/Road.hpp"
 #include "osm/records.hpp"
-#include "support/IdMap.hpp"
 
 /// One of the roads that a road was joined of: a part of one OSM way.
 struct RoadPiece {
@@ -23,31 +21,54 @@ struct RoadPiece {
 /// The pieces of the roads that were joined, along each.
 class RoadPieces {
  public:
-  void add(RoadWayIds::RoadId road, std::vector<RoadPiece> const& pieces) {
-    places_[road] = {pieces_.size(), pieces.size()};
-    pieces_.insert(pieces_.end(), pieces.begin(), pieces.end());
+  struct Entry {
+    RoadWayIds::WayId way;
+    std::uint32_t points;
+    bool isReversed;
+    bool isLast;  ///< of its road
+  };
+
+  /// The first piece of a road follows.
+  void begin(RoadWayIds::RoadId road) { places_.push_back({road, entries_.size()}); }
+  void add(Entry const& entry) { entries_.push_back(entry); }
+  /// Makes `first` possible, when all are in.
+  void sort() {
+    std::sort(places_.begin(), places_.end(),
+              [](Place const& a, Place const& b) { return a.road < b.road; });
   }
-  /// None of a road that was not joined.
-  std::span<RoadPiece const> of(RoadWayIds::RoadId road) const {
-    auto const found = places_.find(road);
-    if (found == places_.end()) return {};
-    return std::span(pieces_).subspan(found->second.first, found->second.second);
+  /// Null for a road that was not joined. The others follow.
+  Entry const* first(RoadWayIds::RoadId road) const {
+    auto const found = std::lower_bound(
+        places_.begin(), places_.end(), road,
+        [](Place const& place, RoadWayIds::RoadId wanted) { return place.road < wanted; });
+    bool const isThere = found != places_.end() && found->road == road;
+    return isThere ? &entries_[found->entry] : nullptr;
   }
 
  private:
-  std::vector<RoadPiece> pieces_;
-  support::ModelIdMap<std::pair<std::size_t, std::size_t>> places_;
+  struct Place {
+    RoadWayIds::RoadId road;
+    std::size_t entry;
+  };
+
+  std::vector<Entry> entries_;
+  std::vector<Place> places_;
 };
 
-/// Calls `action` with each piece along the road, of which there is at least one. `importer` is the
-/// one that made the road.
+/// Calls `action` with each RoadPiece along the road, of which there is at least one. `importer` is
+/// the one that made the road.
 template <class Importer, class Action>
 void forEachPiece(velora::roadnetwork::RoadImpl const& road, Importer const& importer,
                   Action const& action) {
-  auto const pieces = importer.roadPieces.of(road.getID());
-  for (RoadPiece const& piece : pieces) action(piece);
-  if (!pieces.empty()) return;
   auto const& ways = importer.reader.ways;
-  action(RoadPiece{&ways.at(*importer.roadWayIds.first(road.getID())),
-                   road.getCentersX().values().size(), false});
+  auto const* entry = importer.roadPieces.first(road.getID());
+  if (entry == nullptr) {
+    action(RoadPiece{&ways.at(*importer.roadWayIds.first(road.getID())),
+                     road.getCentersX().values().size(), false});
+    return;
+  }
+  for (bool isLast = false; !isLast; ++entry) {
+    isLast = entry->isLast;
+    action(RoadPiece{&ways.at(entry->way), entry->points, entry->isReversed});
+  }
 }

@@ -32,11 +32,8 @@ struct XmlAttributes {
   char const* box = nullptr;
 
  private:
-  char const** slot(char const* text) {
-    // Most attributes (changeset, user, ...) end here: their length is not even asked for.
-    if (*text == 'u' || *text == 'c') return nullptr;
-    std::string_view const name = text;
-    switch (name[0]) {
+  char const** slot(std::string_view name) {
+    switch (name[0]) {  // most attributes (timestamp, user, ...) end here
       case 'i':
         return name == "id" ? &id : nullptr;
       case 'l':
