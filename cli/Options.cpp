@@ -239,6 +239,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     options.import.oneWays = oneWayModes.at(oneWays.value_or(isForExchange ? "implied" : "tagged"));
     // The report needs them, and so does the count of places to check.
     options.import.restrictions = isForExchange || options.report || !options.quiet;
+    options.import.keepsNodes = options.import.restrictions;
     checkTags(options.import.tags);
     // Who does not need them does not keep them.
     if (!isForExchange && options.import.joining != Joining::compatible) options.import.tags = {};

@@ -57,7 +57,7 @@ void importOSMRoadNetworkImpl(int outputCount, std::unique_ptr<HostArray> output
   Model const model = getModel(*inputs[0]);
   RoadNetwork const roadNetwork = getRoadNetwork(*inputs[1]);
   std::string const fileName = getScalarTextAsStdString(inputs[2], 0);
-  RoadNetworkImporter importer(model, roadNetwork);
+  RoadNetworkImporter importer(model, roadNetwork, {.keepsNodes = false});
   importer.run(fileName);
   std::vector<double> const limits = geographicLimits(importer);
   std::unique_ptr<HostArray> result =

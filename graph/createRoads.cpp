@@ -114,4 +114,5 @@ void createRoads(RoadNetworkImporter& importer) {
     maker.addRoads(way);
   }
   importer.wayNames = {};
+  if (!importer.options.keepsNodes) importer.reader.wayNodes = {};
 }
