@@ -14,6 +14,7 @@
 
 #include "cli/Place.hpp"
 #include "export/ReportExport.hpp"
+#include "support/lowerCase.hpp"
 #include "support/printable.hpp"
 
 namespace {
@@ -73,11 +74,8 @@ std::string namesOfFormats() {
 }
 
 // In any case, or null.
-Format const* formatNamed(std::string name) {
-  for (char& letter : name) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return findFormat(name);
+Format const* formatNamed(std::string const& name) {
+  return findFormat(support::lowerCase(name));
 }
 
 // The format that a file name's ending asks for.

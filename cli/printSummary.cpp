@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "export/roadLength.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/geographicLimits.hpp"
+#include "report/roadLength.hpp"
 #include "support/printable.hpp"
 
 using velora::roadnetwork::Road;

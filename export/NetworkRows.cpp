@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "export/NumberText.hpp"
-#include "export/roadLength.hpp"
 #include "importer/RoadNetworkImporter.hpp"
+#include "report/roadLength.hpp"
 #include "support/ustring.hpp"
 
 using OpenStreetMap::Id;

@@ -5,6 +5,7 @@
 
 #include "export/loadGdal.hpp"
 #include "export/writeReport.hpp"
+#include "support/lowerCase.hpp"
 
 struct ReportExport::Format {
   std::string_view ending;
@@ -19,10 +20,7 @@ ReportExport::Format const* ReportExport::formatOf(std::string const& name) {
       {".geojson", writeReportGeoJson, nullptr},
       {".gpkg", nullptr, writeReportGeoPackage},
   }};
-  std::string ending = std::filesystem::path(name).extension().string();
-  for (char& letter : ending) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+  std::string const ending = support::lowerCase(std::filesystem::path(name).extension().string());
   if (ending.empty()) return &formats.front();
   for (Format const& format : formats) {
     if (format.ending == ending) return &format;

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "graph/JoinedName.hpp"
-#include "graph/mayJoin.hpp"
+#include "graph/MayJoin.hpp"
 #include "importer/RoadNetworkImporter.hpp"
 #include "importer/walk.hpp"
 #include "support/IdMap.hpp"

@@ -5,7 +5,7 @@
 
 #include "report/fillFinding.hpp"
 #include "report/finders.hpp"
-#include "report/lineLength.hpp"
+#include "report/roadLength.hpp"
 
 using velora::roadnetwork::Road;
 
@@ -38,7 +38,7 @@ void findIslands(RoadNetworkImporter const& importer, RoadGraph const& graph,
     if (part == graph.largestPart) continue;
     Island& island = islands[islandOf[part]];
     island.roads.push_back(&roads[i]);
-    island.metres += lineLength(roads[i]->getCentersX().values(), roads[i]->getCentersY().values());
+    island.metres += roadLength(roads[i]);
   }
   std::stable_sort(islands.begin(), islands.end(),
                    [](auto const& a, auto const& b) { return a.metres > b.metres; });

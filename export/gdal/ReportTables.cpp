@@ -4,20 +4,10 @@
 #include <memory>
 #include <utility>
 
-#include "export/NumberText.hpp"
+#include "export/NetworkRows.hpp"
 #include "export/gdal/GdalLayers.hpp"
 
 namespace {
-
-// As OSM tags list values.
-std::string listed(std::vector<OpenStreetMap::Id> const& ids) {
-  std::string text;
-  for (OpenStreetMap::Id const id : ids) {
-    if (!text.empty()) text += ';';
-    text += NumberText(id);
-  }
-  return text;
-}
 
 class GdalReportTables final : public ReportTables {
  public:
@@ -34,8 +24,8 @@ class GdalReportTables final : public ReportTables {
     feature->SetField(field++, std::string(row.severity).c_str());
     if (!std::isnan(row.metres)) feature->SetField(field, row.metres);
     ++field;
-    feature->SetField(field++, listed(row.wayIds).c_str());
-    feature->SetField(field++, listed(row.nodeIds).c_str());
+    feature->SetField(field++, idList(row.wayIds).c_str());
+    feature->SetField(field++, idList(row.nodeIds).c_str());
     feature->SetField(field++, row.text.c_str());
     feature->SetGeometryDirectly(row.lines.empty() ? pointsOf(row) : linesOf(row));
     layers_.append(layer, *feature);

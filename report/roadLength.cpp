@@ -1,4 +1,4 @@
-#include "export/roadLength.hpp"
+#include "report/roadLength.hpp"
 
 #include "report/lineLength.hpp"
 

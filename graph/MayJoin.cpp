@@ -1,4 +1,4 @@
-#include "graph/mayJoin.hpp"
+#include "graph/MayJoin.hpp"
 
 #include <algorithm>
 #include <array>
