@@ -6,6 +6,7 @@
 #include <boost/asio/post.hpp>
 #include <boost/asio/thread_pool.hpp>
 #include <boost/system/system_error.hpp>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <future>
@@ -15,6 +16,7 @@
 #include "osm/decode/PbfFile.hpp"
 
 using OpenStreetMap::PbfFile;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -79,6 +81,7 @@ void run(PbfFile& file, std::size_t threads) {
     }
     if (decoded == read) return;
     Ahead& next = ring[decoded % ring.size()];
+    while (next.isUnpacked.wait_for(20ms) == std::future_status::timeout) file.tell();
     next.isUnpacked.get();
     file.decode(next.blob);
   }
