@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
+#include "importer/walk.hpp"
 
 /// The network's roads, by ascending id.
 inline std::vector<velora::roadnetwork::Road const*> roadsById(
@@ -43,8 +44,13 @@ class NetworkWalk {
 
   template <class Action>
   void forEachRoad(Action const& action) {
-    for (Road const* const road : roadsById(*network_.get(), steps_)) {
-      action(*road);
+    std::vector<Road const*> const roads = roadsById(*network_.get(), steps_);
+    for (std::size_t i = 0; i < roads.size(); ++i) {
+      if (i + walkAhead < roads.size()) {
+        (*roads[i + walkAhead])->prefetchNodes();
+        (*roads[i + walkAhead])->prefetchCenters();
+      }
+      action(*roads[i]);
       steps_.step();
     }
   }
