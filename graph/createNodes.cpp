@@ -1,6 +1,8 @@
 #include "graph/createNodes.hpp"
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
@@ -12,6 +14,7 @@ using OpenStreetMap::modelId;
 using OpenStreetMap::Way;
 using OpenStreetMap::WayNodes;
 using support::ModelId;
+using velora::roadnetwork::RoadNetwork;
 
 namespace {
 
@@ -33,12 +36,30 @@ void findJunctions(RoadNetworkImporter& importer, support::Steps& steps) {
   }
 }
 
+// In one call, as a network's own class may expect it.
+void addNodes(RoadNetworkImporter& importer, std::vector<ModelId> const& ids,
+              std::vector<std::u16string> const& names, std::vector<double> const& positions) {
+  support::Steps steps(importer.progress(), support::Stage::makingNodes, ids.size());
+  struct Watch {
+    Watch(RoadNetwork const& network, std::function<void()> watcher) : network_(network) {
+      network_->setNodeWatcher(std::move(watcher));
+    }
+    Watch(Watch const&) = delete;
+    Watch& operator=(Watch const&) = delete;
+    ~Watch() { network_->setNodeWatcher({}); }
+    RoadNetwork const& network_;
+  };
+  Watch const watch(importer.roadNetwork, [&] { steps.step(); });
+  importer.roadNetwork->addNodes(ids, names, positions);
+  steps.finish();
+}
+
 }  // namespace
 
 void createNodes(RoadNetworkImporter& importer) {
   importer.reader.populate(importer.reader.nodes);
   auto const& nodes = importer.reader.wayNodes;
-  support::Steps steps(importer.progress(), support::Stage::makingNodes,
+  support::Steps steps(importer.progress(), support::Stage::findingJunctions,
                        importer.selectedWays.size() + nodes.size());
   findJunctions(importer, steps);
   auto const& junctions = importer.junctionNodeIds;
@@ -56,5 +77,5 @@ void createNodes(RoadNetworkImporter& importer) {
     names.push_back(support::decimal(id));
     positions.insert(positions.end(), {nodes[number].latitude, nodes[number].longitude, 0.0});
   });
-  importer.roadNetwork->addNodes(ids, names, positions);
+  addNodes(importer, ids, names, positions);
 }
