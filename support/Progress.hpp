@@ -21,7 +21,6 @@ enum class Stage : std::uint8_t {
   joiningRoads,
   makingSegments,
   settingElevations,
-  locating,
   checkingWays,
   checkingTags,
   checkingSharedNodes,
