@@ -77,7 +77,5 @@ def plain(table: pa.Table) -> pa.Table:
     """The same with texts as they are rather than as dictionaries, which not every reader knows."""
     for i, column in enumerate(table):
         if pa.types.is_dictionary(column.type):
-            table = table.set_column(
-                i, table.column_names[i], column.cast(column.type.value_type)
-            )
+            table = table.set_column(i, table.column_names[i], column.cast(column.type.value_type))
     return table

@@ -84,9 +84,7 @@ class Texts(Sequence["str | None"]):
         mask: NDArray[np.bool_] = found[self.codes]
         return mask
 
-    def __array__(
-        self, dtype: Any = None, copy: bool | None = None
-    ) -> NDArray[Any]:
+    def __array__(self, dtype: Any = None, copy: bool | None = None) -> NDArray[Any]:
         if copy is False:
             raise ValueError("texts have no array without making one")
         return self.to_numpy() if dtype is None else self.to_numpy().astype(dtype)

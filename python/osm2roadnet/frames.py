@@ -22,7 +22,8 @@ _TEXT = pd.Series(["text"]).dtype  # by version of pandas, and with or without A
 def _column(column: Any) -> Any:
     if isinstance(column, Texts):
         is_arrow = getattr(_TEXT, "storage", "") == "pyarrow"
-        return pd.array(column.to_arrow() if is_arrow else column.to_numpy(), dtype=_TEXT)
+        texts: Any = column.to_arrow() if is_arrow else column.to_numpy()
+        return pd.array(texts, dtype=_TEXT)
     return column.to_texts() if isinstance(column, Lists) else column
 
 

@@ -65,9 +65,7 @@ def extent(coordinates: NDArray[np.float64]) -> list[float]:
 _KINDS: Final = {"Point": 1001, "LineString": 1002, "MultiPoint": 1004, "MultiLineString": 1005}
 
 
-def well_known_binary(
-    lines: Lists, kind: str
-) -> tuple[NDArray[np.uint8], NDArray[np.int64]]:
+def well_known_binary(lines: Lists, kind: str) -> tuple[NDArray[np.uint8], NDArray[np.int64]]:
     """Lines, or points, as ISO well-known binary with Z, little-endian, and where each begins."""
     header = np.dtype([("order", "u1"), ("kind", "<u4"), ("size", "<u4")])
     headers = np.empty(len(lines), header)

@@ -16,7 +16,7 @@ from osm2roadnet.geo import shapely_lines
 from osm2roadnet.version import version
 
 if TYPE_CHECKING:
-    from collections.abc import Collection, Iterable, Sequence
+    from collections.abc import Sequence
 
     import igraph as ig
     import networkx as nx
@@ -57,7 +57,7 @@ class Edges:
         streets = np.maximum(up, down)
         low, high = pairs // max(nodes, 1), pairs % max(nodes, 1)
         streets[low == high] = 1
-        ends: NDArray[np.float64] = sum(np.bincount(end, streets, nodes) for end in (low, high))
+        ends = np.bincount(low, streets, nodes) + np.bincount(high, streets, nodes)
         return ends.astype(np.int64)
 
 
@@ -72,7 +72,7 @@ def _way_ids(network: Network) -> NDArray[np.object_]:
     """The id of each road's way, or a list of them."""
     lists = network.roads["osm_way_ids"]
     ids = lists.values.astype(object)
-    first = ids[lists.offsets[:-1]]
+    first: NDArray[np.object_] = ids[lists.offsets[:-1]]
     many = np.flatnonzero(lists.sizes > 1)
     slices = map(slice, lists.offsets[many].tolist(), lists.offsets[many + 1].tolist())
     first[many] = _values(list(map(ids.tolist().__getitem__, slices)))
@@ -126,9 +126,7 @@ def _dicts(columns: dict[str, list[Any]]) -> list[dict[str, Any]]:
     return list(map(dict, map(zip, repeat(list(columns)), zip(*columns.values()))))
 
 
-def _add(
-    dicts: list[dict[str, Any]], name: str, rows: NDArray[np.intp], values: list[Any]
-) -> None:
+def _add(dicts: list[dict[str, Any]], name: str, rows: NDArray[np.intp], values: list[Any]) -> None:
     """Adds a value to some of the dictionaries."""
     deque(map(setitem, map(dicts.__getitem__, rows.tolist()), repeat(name), values), maxlen=0)
 

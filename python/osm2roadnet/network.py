@@ -7,7 +7,7 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 
 from osm2roadnet import files, graphs, pictures
-from osm2roadnet.columns import Columns, Lists, Texts, texts_of
+from osm2roadnet.columns import Columns, Lists, texts_of
 from osm2roadnet.errors import require
 from osm2roadnet.report import Report
 
@@ -201,9 +201,7 @@ class Network:
         """
         require("osm2roadnet.parquet", "arrow").write_parquet(self, roads, nodes, overwrite)
 
-    def to_file(
-        self, path: StrPath, format: str | None = None, *, overwrite: bool = False
-    ) -> None:
+    def to_file(self, path: StrPath, format: str | None = None, *, overwrite: bool = False) -> None:
         """Writes the network as the program does; docs/formats.md has each format.
 
         Args:

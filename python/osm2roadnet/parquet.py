@@ -14,6 +14,8 @@ from osm2roadnet.geo import WGS84, extent, points_of
 from osm2roadnet.outputs import output
 
 if TYPE_CHECKING:
+    from numpy.typing import NDArray
+
     from osm2roadnet.columns import Lists
     from osm2roadnet.network import Network
 
@@ -50,8 +52,13 @@ def _write(path: Any, overwrite: bool, columns: dict[str, Any], lines: Lists, ki
 def _boxes(lines: Lists) -> dict[str, pa.Array]:
     """The least and greatest longitude and latitude of each line, which has a point at least."""
     x, y, starts = lines.values[:, 0], lines.values[:, 1], lines.offsets[:-1]
-    sides = {"xmin": (np.minimum, x), "ymin": (np.minimum, y)}
-    sides |= {"xmax": (np.maximum, x), "ymax": (np.maximum, y)}
+    sides: dict[str, tuple[np.ufunc, NDArray[np.float64]]]
+    sides = {
+        "xmin": (np.minimum, x),
+        "ymin": (np.minimum, y),
+        "xmax": (np.maximum, x),
+        "ymax": (np.maximum, y),
+    }
     return {
         side: pa.array(least_or_greatest.reduceat(values, starts) if len(starts) else values)
         for side, (least_or_greatest, values) in sides.items()

@@ -38,9 +38,7 @@ class Report(Mapping[str, Any]):
     def findings(self) -> list[dict[str, Any]]:
         """The places to check, each with its kind, the most severe first."""
         found = [
-            {"kind": kind, **place}
-            for kind, places in self["toCheck"].items()
-            for place in places
+            {"kind": kind, **place} for kind, places in self["toCheck"].items() for place in places
         ]
         return sorted(found, key=lambda place: _SEVERITIES.index(place["severity"]))
 
