@@ -16,7 +16,6 @@
 #include "cli/Options.hpp"
 #include "cli/ProgressLine.hpp"
 #include "cli/Stopwatch.hpp"
-#include "cli/decodeInParallel.hpp"
 #include "cli/endWhenOutOfMemory.hpp"
 #include "cli/printSummary.hpp"
 #include "export/NetworkExport.hpp"
@@ -27,6 +26,7 @@
 #include "report/ImportReport.hpp"
 #include "support/printable.hpp"
 #include "support/ustring.hpp"
+#include "threads/decodeInParallel.hpp"
 
 namespace {
 

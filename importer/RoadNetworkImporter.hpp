@@ -27,7 +27,7 @@ class RoadNetworkImporter {
                       velora::roadnetwork::RoadNetwork const& hostNetwork,
                       ImportOptions chosen = {})
       : model(hostModel), roadNetwork(hostNetwork), options(std::move(chosen)) {
-    auto selection = roadSelection(options.tags, options.usedTags);
+    auto selection = roadSelection({options.tags, options.usedTags, options.keptTags});
     if (options.restrictions || options.joining == Joining::compatible) {
       addRestrictions(selection);  // joining leaves the Nodes of turn restrictions alone
     }

@@ -20,6 +20,11 @@ void Reader::setFile(std::u16string const& path) {
   file_ = openFile(path);
 }
 
+void Reader::setFile(std::string const& path) {
+  clear();
+  file_ = openFile(path);
+}
+
 void Reader::setOpenFile(int descriptor, std::string const& name) {
   clear();
   file_ = useOpenFile(descriptor, name);

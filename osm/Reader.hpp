@@ -46,6 +46,8 @@ class Reader {
 
   /// Opens a file; `path` is UTF-16. Whatever was read before is dropped. Throws ReadError.
   void setFile(std::u16string const& path);
+  /// The same with the bytes of a path.
+  void setFile(std::string const& path);
   /// The same with what is open already, see useOpenFile.
   void setOpenFile(int descriptor, std::string const& name);
 

@@ -1,0 +1,24 @@
+#include "python/core/Watch.hpp"
+
+#include <utility>
+
+namespace nb = nanobind;
+using namespace std::chrono_literals;
+
+// Python handles signals in its main thread alone; the others need not stop to ask.
+Watch::Watch(nb::object progress) : progress_(std::move(progress)), isNeeded_(true) {
+  nb::module_ const threading = nb::module_::import_("threading");
+  bool const isMain = threading.attr("current_thread")().is(threading.attr("main_thread")());
+  isNeeded_ = isMain || !progress_.is_none();
+}
+
+void Watch::operator()(char const* stage, std::uint64_t done, std::uint64_t total) {
+  if (!isNeeded_) return;
+  auto const now = Clock::now();
+  if (stage == stage_ && done != total && now < next_) return;
+  nb::gil_scoped_acquire const gil;
+  if (PyErr_CheckSignals() != 0) throw nb::python_error();
+  if (!progress_.is_none()) progress_(stage, done, total);
+  stage_ = stage;
+  next_ = Clock::now() + 20ms;
+}
