@@ -1,5 +1,6 @@
 #include "export/NetworkColumns.hpp"
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -30,6 +31,12 @@ std::vector<TagColumn> tagColumnsOf(RoadNetworkImporter const& importer) {
     columns.push_back({support::to_ustring(keys[i]), names[i], {}});
   }
   return columns;
+}
+
+std::uint8_t reversedNumber(std::vector<RoadPiece> const& pieces) {
+  auto const isReversed = [](RoadPiece const& piece) { return piece.isReversed; };
+  if (std::none_of(pieces.begin(), pieces.end(), isReversed)) return 0;
+  return std::all_of(pieces.begin(), pieces.end(), isReversed) ? 1 : 2;
 }
 
 template <class... Columns>
@@ -63,7 +70,7 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer, Progress cons
   std::vector<TagColumn> tags = tagColumnsOf(importer);
   std::size_t const count = importer.roadNetwork->getRoads().size();
   reserve(count, roads.id, roads.startNode, roads.endNode, roads.start, roads.end, roads.direction,
-          roads.weight, roads.centreLine.offsets, roads.wayIds.offsets);
+          roads.reversed, roads.weight, roads.centreLine.offsets, roads.wayIds.offsets);
   for (TagColumn& tag : tags) tag.texts.reserve(count);
   walk.forEachRoad([&](Road const& road) {
     RoadParts const parts = roadParts(road, importer);
@@ -73,6 +80,7 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer, Progress cons
     roads.start.push_back(rowOfStart(parts.startNode));
     roads.end.push_back(rowOfEnd(parts.endNode));
     roads.direction.push_back(static_cast<std::uint8_t>(parts.direction));
+    roads.reversed.push_back(reversedNumber(parts.pieces));
     roads.weight.push_back(road->getWeight());
     for (std::size_t i = 0; i < parts.longitudes.size(); ++i) {
       roads.centreLine.values.push_back(

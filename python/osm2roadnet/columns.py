@@ -198,6 +198,9 @@ class Columns(Mapping[str, Any]):
     def __init__(self, rows: int, columns: Mapping[str, Any | Callable[[], Any]]) -> None:
         self.rows = rows
         self._columns = dict(columns)
+        for column in columns.values():
+            if isinstance(column, np.ndarray):
+                frozen(column)
 
     @overload
     def __getitem__(self, name: FloatColumn) -> NDArray[np.float64]: ...
@@ -212,7 +215,7 @@ class Columns(Mapping[str, Any]):
     def __getitem__(self, name: str) -> Any:
         column = self._columns[name]
         if callable(column):
-            column = self._columns[name] = column()
+            column = self._columns[name] = frozen(column())
         return column
 
     def __iter__(self) -> Iterator[str]:

@@ -13,7 +13,6 @@ from osm2roadnet.collector import paused
 from osm2roadnet.columns import Columns, Lists, Texts
 from osm2roadnet.errors import require
 from osm2roadnet.geo import shapely_lines
-from osm2roadnet.version import version
 
 if TYPE_CHECKING:
     from collections.abc import Sequence
@@ -133,10 +132,12 @@ def _add(dicts: list[dict[str, Any]], name: str, rows: NDArray[np.intp], values:
 
 def to_networkx(network: Network) -> nx.MultiDiGraph[int]:
     """See `Network.to_networkx`."""
+    from importlib.metadata import version
+
     networkx = require("networkx", "graphs")
     nodes, edges = network.nodes, Edges(network)
     graph: nx.MultiDiGraph[int] = networkx.MultiDiGraph(
-        crs="epsg:4326", simplified=True, created_with=f"osm2roadnet {version}"
+        crs="epsg:4326", simplified=True, created_with=f"osm2roadnet {version('osm2roadnet')}"
     )
     with paused():
         ids = nodes["id"].astype(object)

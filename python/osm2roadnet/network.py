@@ -43,7 +43,7 @@ class Network:
 
         roads: columns, one row a road:
 
-            - ``id``: int64, counts from 1
+            - ``id``: int64, ascending; where roads were joined some numbers are missing
             - ``name``, ``highway``: `Texts`, the tags
             - ``direction``: uint8, 1 from start to end node, 2 from end to start, 3 both
             - ``start_node``, ``end_node``: int64, ids of nodes, in the order of the centre line
@@ -96,7 +96,7 @@ class Network:
         ``via_road_ids``: `Lists` of int64, the nodes on the way and the roads between them.
         """
         if self._restrictions is None:
-            self._restrictions = _restriction_columns(self.core("").restrictions)
+            self._restrictions = _restriction_columns(self.imported("").restrictions)
         return self._restrictions
 
     @property
@@ -107,10 +107,10 @@ class Network:
             RuntimeError: if the network was unpickled and nobody had asked before.
         """
         if self._report is None:
-            self._report = Report(self.core("its report was not asked for before").report())
+            self._report = Report(self.imported("its report was not asked for before").report())
         return self._report
 
-    def core(self, why: str) -> Import:
+    def imported(self, why: str) -> Import:
         """The import, which a network that was unpickled lacks."""
         if self._core is None:
             raise RuntimeError(
@@ -193,8 +193,8 @@ class Network:
     ) -> None:
         """Writes roads, and nodes if there is a second path, as GeoParquet 1.1.
 
-        The columns are those of `to_geopandas`, and the box around each geometry, by which
-        readers leave out what they don't need. Needs ``osm2roadnet[arrow]``.
+        The columns are those of `to_geopandas`, ``osm_way_ids`` as a list, and the box around
+        each geometry, by which readers leave out what they don't need. Needs ``osm2roadnet[arrow]``.
 
         Raises:
             FileExistsError: if a file exists, unless `overwrite` is true.
