@@ -3,7 +3,7 @@
 >>> import osm2roadnet as rn
 >>> net = rn.read("examples/harbour-town.osm")
 >>> len(net)
-113
+130
 """
 
 from osm2roadnet.columns import Columns, Lists, Texts

@@ -37,9 +37,9 @@ class Texts(Sequence["str | None"]):
     >>> import osm2roadnet as rn
     >>> roads = rn.read("examples/harbour-town.osm").roads
     >>> roads["highway"][0], len(roads["highway"])
-    ('primary', 113)
+    ('motorway', 130)
     >>> float(roads["length"][roads["highway"] == "motorway"].sum().round())
-    2399.0
+    2940.0
 
     Attributes:
         codes: int32, for each row the position of its text in ``categories``, -1 for none.

@@ -65,8 +65,9 @@ class Network:
     >>> import osm2roadnet as rn
     >>> net = rn.read("examples/harbour-town.osm")
     >>> net
-    <Network of examples/harbour-town.osm: 82 nodes, 124 roads, 3 turn restrictions>
-    >>> net.roads["length"].sum().round(), net.roads["name"][0]
+    <Network of examples/harbour-town.osm: 99 nodes, 130 roads, 0 turn restrictions>
+    >>> float(net.roads["length"].sum().round())
+    21523.0
     """
 
     __hash__ = None  # type: ignore[assignment]
@@ -220,16 +221,19 @@ class Network:
         """
         files.to_file(self, path, format, overwrite)
 
-    def plot(self, ax: Axes | None = None, *, oneways: bool = False) -> Axes:
-        """Draws the roads with Matplotlib, wide and dark as their class asks.
+    def plot(
+        self, ax: Axes | None = None, *, color: str | None = None, oneways: bool = False
+    ) -> Axes:
+        """Draws the roads with Matplotlib, in widths and colours of their classes.
 
         Args:
             ax: where to; by default a new figure.
+            color: one for all roads, as a ground to draw on.
             oneways: whether to draw arrows on one-way roads.
 
         Needs ``osm2roadnet[plot]``.
         """
-        axes: Axes = require("osm2roadnet.plots", "plot").plot(self, ax, oneways)
+        axes: Axes = require("osm2roadnet.plots", "plot").plot(self, ax, color, oneways)
         return axes
 
     def __len__(self) -> int:
