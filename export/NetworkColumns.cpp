@@ -5,6 +5,7 @@
 #include <span>
 
 #include "export/NetworkRows.hpp"
+#include "export/NetworkWalk.hpp"
 #include "export/RestrictionRows.hpp"
 #include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
@@ -39,6 +40,13 @@ std::uint8_t reversedNumber(std::vector<RoadPiece> const& pieces) {
   return std::all_of(pieces.begin(), pieces.end(), isReversed) ? 1 : 2;
 }
 
+// Of all centre lines: two roads that were cut from one way both have the node between them.
+std::size_t mostPoints(RoadNetworkImporter const& importer) {
+  std::size_t count = importer.roadNetwork->getRoads().size();
+  for (auto const* const way : importer.selectedWays) count += way->nodeReferences.size();
+  return count;
+}
+
 template <class... Columns>
 void reserve(std::size_t rows, Columns&... columns) {
   (columns.reserve(rows), ...);
@@ -46,9 +54,9 @@ void reserve(std::size_t rows, Columns&... columns) {
 
 }  // namespace
 
-NetworkColumns networkColumns(RoadNetworkImporter const& importer, Progress const& progress) {
+NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
   NetworkColumns columns;
-  NetworkWalk walk(importer.roadNetwork, progress);
+  NetworkWalk walk(importer, support::Stage::makingColumns);
 
   auto& nodes = columns.nodes;
   reserve(importer.roadNetwork->getNodes().size(), nodes.id, nodes.longitude, nodes.latitude,
@@ -72,6 +80,8 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer, Progress cons
   reserve(count, roads.id, roads.startNode, roads.endNode, roads.start, roads.end, roads.direction,
           roads.reversed, roads.weight, roads.centreLine.offsets, roads.wayIds.offsets);
   for (TagColumn& tag : tags) tag.texts.reserve(count);
+  roads.centreLine.values.reserve(mostPoints(importer));
+  OpenStreetMap::Way const* wayBefore = nullptr;
   walk.forEachRoad([&](Road const& road) {
     RoadParts const parts = roadParts(road, importer);
     roads.id.push_back(static_cast<std::int64_t>(parts.id));
@@ -89,7 +99,14 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer, Progress cons
     roads.centreLine.endRow();
     roads.wayIds.values.insert(roads.wayIds.values.end(), parts.wayIds.begin(), parts.wayIds.end());
     roads.wayIds.endRow();
-    for (TagColumn& tag : tags) tag.texts.add(tagValues(tag.key, parts.pieces));
+    // Roads that follow one another are mostly of one way.
+    OpenStreetMap::Way const* const way =
+        parts.pieces.size() == 1 ? parts.pieces.front().way : nullptr;
+    bool const isSame = way != nullptr && way == wayBefore;
+    wayBefore = way;
+    for (TagColumn& tag : tags) {
+      isSame ? tag.texts.repeat() : tag.texts.add(tagValues(tag.key, parts.pieces));
+    }
   });
   for (TagColumn& tag : tags) roads.texts.emplace_back(tag.name, tag.texts.take());
   return columns;
