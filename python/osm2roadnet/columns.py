@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from collections.abc import Callable, Iterator, Mapping, Sequence
+from collections.abc import Callable, Collection, Iterator, Mapping, Sequence
 from typing import TYPE_CHECKING, Any, Literal, overload
 
 import numpy as np
@@ -241,6 +241,17 @@ class Columns(Mapping[str, Any]):
 def texts_of(triples: Mapping[str, Triple]) -> dict[str, Texts]:
     """The columns of texts that the compiled module gives."""
     return {name: Texts(*triple) for name, triple in triples.items()}
+
+
+def untaken(names: Collection[str], taken: Collection[str]) -> dict[str, str]:
+    """These names by what they are called: with "osm_" before those that are taken."""
+    called = {}
+    for known in names:
+        name = known
+        while name.lower() in taken or (name != known and name in names):
+            name = "osm_" + name
+        called[name] = known
+    return called
 
 
 def _same(a: Any, b: Any) -> bool:

@@ -11,8 +11,8 @@ import numpy as np
 from osm2roadnet.columns import Lists, Texts
 from osm2roadnet.errors import require
 from osm2roadnet.geo import CRS, points_of
-from osm2roadnet.styles import add_styles
 from osm2roadnet.outputs import output, refuse_existing
+from osm2roadnet.styles import add_styles
 
 if TYPE_CHECKING:
     from osm2roadnet.network import Network

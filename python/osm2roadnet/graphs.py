@@ -10,7 +10,7 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 
 from osm2roadnet.collector import paused
-from osm2roadnet.columns import Columns, Lists, Texts
+from osm2roadnet.columns import Columns, Lists, Texts, untaken
 from osm2roadnet.errors import require
 from osm2roadnet.geo import shapely_lines
 
@@ -111,13 +111,8 @@ def edge_attributes(
         "length": roads["length"][edges.roads].tolist(),
     }
     taken = {*always, "geometry", "key", "source", "target", "u", "v", "weight"}
-    sometimes = {"name": roads["name"]}
-    for tag in network.tags:
-        name = tag
-        while name.lower() in taken or (name != tag and name in network.tags):
-            name = "osm_" + name
-        sometimes[name] = roads[tag]
-    return always, sometimes
+    tags = {name: roads[tag] for name, tag in untaken(network.tags, taken).items()}
+    return always, {"name": roads["name"], **tags}
 
 
 def _dicts(columns: dict[str, list[Any]]) -> list[dict[str, Any]]:

@@ -7,7 +7,7 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 
 from osm2roadnet import files, graphs, pictures
-from osm2roadnet.columns import Columns, Lists, texts_of
+from osm2roadnet.columns import Columns, Lists, texts_of, untaken
 from osm2roadnet.errors import require
 from osm2roadnet.report import Report
 
@@ -57,7 +57,6 @@ class Network:
 
         source: what was read.
         join, oneway: how it was read.
-        tags: the names of the columns of ``roads`` that are tags.
         limits: the least and greatest latitude, then the same of longitude; None if unknown.
         reference: latitude, longitude and altitude of the origin of the network.
         counts: how many elements there were in the file and what became of them.
@@ -77,8 +76,7 @@ class Network:
         self.join = join
         self.oneway = oneway
         self.nodes = Columns(len(core.nodes["id"]), core.nodes)
-        self.roads = _road_columns(core)
-        self.tags = [name for name in core.texts if name not in ("name", "highway")]
+        self.roads, self._tags = _road_columns(core)
         self.limits = core.limits
         self.reference = core.reference
         self.counts = core.counts
@@ -86,6 +84,14 @@ class Network:
         self._core: Import | None = core
         self._restrictions: Columns | None = None
         self._report: Report | None = None
+
+    @property
+    def tags(self) -> list[str]:
+        """The names of the columns of ``roads`` that are tags.
+
+        One that is like the name of another column has ``osm_`` before it.
+        """
+        return list(self._tags)
 
     @property
     def restrictions(self) -> Columns:
@@ -130,8 +136,9 @@ class Network:
     def road_columns(self) -> dict[str, Any]:
         """The columns of roads that the exchange formats have, under their names and in order."""
         names = "name highway direction start_node end_node length osm_way_ids".split()
-        columns = {name: self.roads[name] for name in (*names, *self.tags)}
-        return {"road_id": self.roads["id"], **columns}
+        columns = {name: self.roads[name] for name in names}
+        tags = {known: self.roads[name] for name, known in self._tags.items()}
+        return {"road_id": self.roads["id"], **columns, **tags}
 
     def to_geopandas(self) -> tuple[gpd.GeoDataFrame, gpd.GeoDataFrame]:
         """Nodes and roads as GeoDataFrames in EPSG:4326, with elevations.
@@ -195,7 +202,8 @@ class Network:
         """Writes roads, and nodes if there is a second path, as GeoParquet 1.1.
 
         The columns are those of `to_geopandas`, ``osm_way_ids`` as a list, and the box around
-        each geometry, by which readers leave out what they don't need. Needs ``osm2roadnet[arrow]``.
+        each geometry, by which readers leave out what they do not need.
+        Needs ``osm2roadnet[arrow]``.
 
         Raises:
             FileExistsError: if a file exists, unless `overwrite` is true.
@@ -271,7 +279,8 @@ class Network:
         return pictures.html(self)
 
 
-def _road_columns(core: Import) -> Columns:
+def _road_columns(core: Import) -> tuple[Columns, dict[str, str]]:
+    """The columns, and of the tags what the exchange formats call them."""
     roads, texts = core.roads, texts_of(core.texts)
     columns = {
         "id": roads["id"],
@@ -281,10 +290,11 @@ def _road_columns(core: Import) -> Columns:
         "length": core.lengths,
         "weight": roads["weight"],
         "osm_way_ids": Lists(*core.ways),
-        **texts,
-        "geometry": Lists(*core.lines),
     }
-    return Columns(len(roads["id"]), columns)
+    tags = untaken(texts, columns)
+    columns |= {name: texts[known] for name, known in tags.items()}
+    columns["geometry"] = Lists(*core.lines)
+    return Columns(len(roads["id"]), columns), tags
 
 
 def _restriction_columns(columns: dict[str, Any]) -> Columns:

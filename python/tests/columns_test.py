@@ -10,9 +10,7 @@ import numpy as np
 import pytest
 
 import osm2roadnet as rn
-
 from conftest import EXAMPLE, run_program
-
 
 
 def test_columns_equal_what_the_program_writes(network, features):
@@ -56,6 +54,17 @@ def test_options_are_those_of_the_program(options, request, tmp_path):
     run_program(request.config, *arguments)
     assert (tmp_path / "ours.geojson").read_bytes() == (tmp_path / "theirs.geojson").read_bytes()
     assert net.tags == [tag.strip() for tag in tags.split(",") if tag]
+
+
+def test_tags_that_are_called_like_columns(tmp_path):
+    tags = ["start", "weight", "osm_start", "length", "bbox", "oneway"]
+    net = rn.read(EXAMPLE, tags=tags)
+    assert net.tags == ["osm_osm_start", "osm_weight", "osm_start", "osm_length", "bbox", "oneway"]
+    assert net.roads["start"].dtype == np.int64
+    _, frame = net.to_geopandas()
+    assert [name for name in ["start", "weight", "osm_start"] if name in frame] == tags[:3]
+    assert any("osm_oneway" in edge for *_, edge in net.to_networkx().edges(data=True))
+    net.to_parquet(tmp_path / "roads.parquet")
 
 
 def test_texts(town):

@@ -18,8 +18,7 @@ import scipy.sparse.csgraph
 import shapely
 
 import osm2roadnet as rn
-
-from conftest import DATA, EXAMPLE, run_program
+from conftest import run_program
 
 matplotlib.use("agg")
 
@@ -110,7 +109,13 @@ def test_osmnx_takes_the_graph_as_its_own(graph, tmp_path):
 
 def test_reversed_is_what_osmnx_makes_of_the_same_ways(tmp_path):
     path = tmp_path / "ways.osm"
-    ways = {1: ([1, 2], ""), 2: ([3, 2], ""), 3: ([3, 4], "-1"), 4: ([4, 5], "yes"), 5: ([6, 5], "")}
+    ways = {
+        1: ([1, 2], ""),
+        2: ([3, 2], ""),
+        3: ([3, 4], "-1"),
+        4: ([4, 5], "yes"),
+        5: ([6, 5], ""),
+    }
     lines = [f"<node id='{i}' lat='{i * i / 1e4}' lon='{i / 1e4}'/>" for i in range(1, 7)]
     for way, (nodes, oneway) in ways.items():
         tags = {"highway": "service", "name": "Quay", "oneway": oneway}

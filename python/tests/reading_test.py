@@ -15,8 +15,7 @@ import time
 import pytest
 
 import osm2roadnet as rn
-
-from conftest import DATA, EXAMPLE, EXTRACT
+from conftest import DATA, EXAMPLE
 
 
 def opened(path, offset=0):
