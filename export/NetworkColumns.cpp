@@ -70,7 +70,7 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
     nodes.latitude.push_back(row.latitude);
     nodes.elevation.push_back(row.elevation);
   });
-  rows.assignNumbers();
+  rows.assignNumbers(walk.steps());
   OpenStreetMap::IdNumbering::Finder rowOfStart(rows);
   OpenStreetMap::IdNumbering::Finder rowOfEnd(rows);
 
