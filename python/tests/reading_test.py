@@ -34,7 +34,7 @@ def test_every_source_gives_the_same(town, tmp_path):
     unnamed = tempfile.TemporaryFile()
     unnamed.write(content), unnamed.seek(0)
     reader, writer = os.pipe()
-    feeder = threading.Thread(target=lambda: open(writer, "wb").write(content))
+    feeder = threading.Thread(target=lambda: open(writer, "wb").write(content), daemon=True)
     feeder.start()
     sources = {
         EXAMPLE: EXAMPLE,
