@@ -1,5 +1,6 @@
 #include "export/NetworkColumns.hpp"
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -31,6 +32,12 @@ std::vector<TagColumn> tagColumnsOf(RoadNetworkImporter const& importer) {
     columns.push_back({support::to_ustring(keys[i]), names[i], {}});
   }
   return columns;
+}
+
+std::uint8_t reversedNumber(std::vector<RoadPiece> const& pieces) {
+  auto const isReversed = [](RoadPiece const& piece) { return piece.isReversed; };
+  if (std::none_of(pieces.begin(), pieces.end(), isReversed)) return 0;
+  return std::all_of(pieces.begin(), pieces.end(), isReversed) ? 1 : 2;
 }
 
 // Of all centre lines: two roads that were cut from one way both have the node between them.
@@ -71,7 +78,7 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
   std::vector<TagColumn> tags = tagColumnsOf(importer);
   std::size_t const count = importer.roadNetwork->getRoads().size();
   reserve(count, roads.id, roads.startNode, roads.endNode, roads.start, roads.end, roads.direction,
-          roads.weight, roads.centreLine.offsets, roads.wayIds.offsets);
+          roads.reversed, roads.weight, roads.centreLine.offsets, roads.wayIds.offsets);
   for (TagColumn& tag : tags) tag.texts.reserve(count);
   roads.centreLine.values.reserve(mostPoints(importer));
   OpenStreetMap::Way const* wayBefore = nullptr;
@@ -83,6 +90,7 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
     roads.start.push_back(rowOfStart(parts.startNode));
     roads.end.push_back(rowOfEnd(parts.endNode));
     roads.direction.push_back(static_cast<std::uint8_t>(parts.direction));
+    roads.reversed.push_back(reversedNumber(parts.pieces));
     roads.weight.push_back(road->getWeight());
     for (std::size_t i = 0; i < parts.longitudes.size(); ++i) {
       roads.centreLine.values.push_back(

@@ -105,6 +105,7 @@ void Import::takeColumns(NetworkColumns columns) {
   ofRoads["start"] = arrayOf(std::move(roadColumns.start));
   ofRoads["end"] = arrayOf(std::move(roadColumns.end));
   ofRoads["direction"] = arrayOf(std::move(roadColumns.direction));
+  ofRoads["reversed"] = arrayOf(std::move(roadColumns.reversed));
   ofRoads["weight"] = arrayOf(std::move(roadColumns.weight));
   roads = ofRoads;
 
