@@ -9,8 +9,8 @@
 #include "export/RestrictionRows.hpp"
 #include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
-#include "osm/IdNumbering.hpp"
 #include "report/lineLength.hpp"
+#include "support/IdMap.hpp"
 #include "support/ustring.hpp"
 
 using velora::roadnetwork::Node;
@@ -59,20 +59,17 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
   NetworkWalk walk(importer, support::Stage::makingColumns);
 
   auto& nodes = columns.nodes;
-  reserve(importer.roadNetwork->getNodes().size(), nodes.id, nodes.longitude, nodes.latitude,
+  support::IdMap<std::int64_t> rows;  // of nodes
+  reserve(importer.roadNetwork->getNodes().size(), rows, nodes.id, nodes.longitude, nodes.latitude,
           nodes.elevation);
-  OpenStreetMap::IdNumbering rows;
   walk.forEachNode([&](Node const& node) {
     NodeRow const row = nodeRow(node);
-    rows.insert(row.id);
+    rows.emplace(row.id, static_cast<std::int64_t>(nodes.id.size()));
     nodes.id.push_back(row.id);
     nodes.longitude.push_back(row.longitude);
     nodes.latitude.push_back(row.latitude);
     nodes.elevation.push_back(row.elevation);
   });
-  rows.assignNumbers(walk.steps());
-  OpenStreetMap::IdNumbering::Finder rowOfStart(rows);
-  OpenStreetMap::IdNumbering::Finder rowOfEnd(rows);
 
   auto& roads = columns.roads;
   std::vector<TagColumn> tags = tagColumnsOf(importer);
@@ -87,8 +84,8 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
     roads.id.push_back(static_cast<std::int64_t>(parts.id));
     roads.startNode.push_back(parts.startNode);
     roads.endNode.push_back(parts.endNode);
-    roads.start.push_back(rowOfStart(parts.startNode));
-    roads.end.push_back(rowOfEnd(parts.endNode));
+    roads.start.push_back(rows.at(parts.startNode));
+    roads.end.push_back(rows.at(parts.endNode));
     roads.direction.push_back(static_cast<std::uint8_t>(parts.direction));
     roads.reversed.push_back(reversedNumber(parts.pieces));
     roads.weight.push_back(road->getWeight());

@@ -16,7 +16,10 @@ inline std::vector<velora::roadnetwork::Road const*> roadsById(
   using Entry = std::pair<support::ModelId, Road const*>;  // ids at hand sort in half the time
   std::vector<Entry> entries;
   entries.reserve(network.getRoads().size());
-  for (Road const& road : network.getRoads()) entries.emplace_back(road->getID(), &road);
+  for (Road const& road : network.getRoads()) {
+    entries.emplace_back(road->getID(), &road);
+    steps.poll();
+  }
   std::sort(entries.begin(), entries.end(),
             steps.polling([](Entry const& a, Entry const& b) { return a.first < b.first; }));
   std::vector<Road const*> roads;
@@ -37,9 +40,6 @@ class NetworkWalk {
       : network_(importer.roadNetwork),
         steps_(importer.progress(), stage,
                network_->getNodes().size() + network_->getRoads().size()) {}
-
-  /// For what is done between the elements.
-  support::Steps& steps() noexcept { return steps_; }
 
   template <class Action>
   void forEachNode(Action const& action) {
