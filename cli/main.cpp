@@ -87,13 +87,14 @@ void import(Options const& options) {
   importer.run();
   time.finished("network");
 
+  ImportReport report;
+  bool const formatNeedsReport = output && options.format->needsReport();
+  if (reportOutput || formatNeedsReport || !options.quiet) report = reportOn(importer);
   if (output) {
-    output->write(importer,
+    output->write(importer, report,
                   [&](std::size_t done, std::size_t total) { progress.writing(done, total); });
   }
   progress.wipe();
-  ImportReport report;
-  if (reportOutput || !options.quiet) report = reportOn(importer);
   if (reportOutput) reportOutput->write(report, importer);
   if (output) output->commit();
   if (reportOutput) reportOutput->commit();

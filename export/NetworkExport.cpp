@@ -16,9 +16,14 @@ std::variant<OutputFile, OutputFolder> makeOutput(Format const& format, std::str
 NetworkExport::NetworkExport(Format const& format, std::string const& name, bool overwrite)
     : format_(format), output_(makeOutput(format, name, overwrite)) {}
 
-void NetworkExport::write(RoadNetworkImporter const& importer, Progress const& progress) {
+void NetworkExport::write(RoadNetworkImporter const& importer, ImportReport const& report,
+                          Progress const& progress) {
   if (auto* const file = std::get_if<OutputFile>(&output_)) {
-    std::get<Format::Stream>(format_.output).write(importer, file->file(), progress);
+    if (auto const* const reported = std::get_if<Format::ReportedStream>(&format_.output)) {
+      reported->write(importer, report, file->file(), progress);
+    } else {
+      std::get<Format::Stream>(format_.output).write(importer, file->file(), progress);
+    }
     file->complete();
   } else {
     std::get<Format::Files>(format_.output)
