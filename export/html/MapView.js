@@ -18,58 +18,6 @@ function pointFeature(place, properties) {
   return { type: "Feature", properties, geometry: { type: "Point", coordinates: place } };
 }
 
-/** The first of the classes along a road, and whether it is a link. @param {string} highway */
-function roadClass(highway) {
-  const first = highway.split(";")[0];
-  const link = first.endsWith("_link");
-  return { class: link ? first.slice(0, -"_link".length) : first, link };
-}
-
-/**
- * The roads as features, cut where they pass from one level to another, and what levels there are.
- * What most roads have in common is not in their properties: they go to another thread one by one.
- * @param {Network} network
- * @param {Int32Array} components
- * @param {string[]} numbers of the roads, "" for none
- */
-function roadFeatures(network, components, numbers) {
-  const features = [];
-  const levels = new Set();
-  const written = network.names.texts.map(isWrittenLetterByLetter);
-  for (let road = 0; road < network.roadCount; ++road) {
-    const line = network.lines[road];
-    const elevations = network.elevationsOf(road);
-    const kind = roadClass(network.highwayOf(road));
-    const name = network.nameOf(road);
-    /** @type {Record<string, any>} */
-    const common = { road, class: kind.class };
-    if (kind.link) common.link = true;
-    if (network.directions[road] !== bothWays) common.direction = network.directions[road];
-    if (network.pieces[road] > 1) common.pieces = network.pieces[road];
-    if (components[road] > 0) common.component = components[road];
-    if (name) common.name = name;
-    if (name && !written[network.names.numbers[road]]) common.image = true;
-    if (numbers[road]) common.number = numbers[road].replaceAll(";", " · ");
-    for (let first = 0; first < line.length - 1;) {
-      const level = levelOf((elevations[first] + elevations[first + 1]) / 2);
-      let last = first + 1;
-      let sum = 0;
-      for (; last < line.length; ++last) {
-        const middle = (elevations[last - 1] + elevations[last]) / 2;
-        if (levelOf(middle) !== level) break;
-        sum += middle;
-      }
-      const elevation = sum / (last - 1 - first) || 0;
-      const whole = first === 0 && last === line.length;
-      features.push(lineFeature(whole ? line : line.slice(first, last),
-                                elevation === 0 ? common : { ...common, level, elevation }));
-      levels.add(level);
-      first = last - 1;
-    }
-  }
-  return { features, levels: [...levels].sort((a, b) => a - b) };
-}
-
 /** @param {Findings} findings */
 function findingFeatures(findings) {
   return findings.places.flatMap((lines, finding) => {
@@ -99,14 +47,12 @@ class MapView {
     /** @type {(thing: Thing | null, place: Place) => void} */
     this.onChoose = () => {};
     const empty = { type: /** @type {const} */ ("geojson"), data: collection([]) };
-    const lines = { ...empty, maxzoom: 17, tolerance: 0.4, buffer: 64 };
     this.isPlaced = address.read().has("map");  // which the map adds to the address, too
     this.map = new maplibregl.Map({
       container, hash: "map", attributionControl: false, maxZoom: 22, maxPitch: 60,
-      style: { version: 8, sources: { roads: lines, nodes: { ...empty, maxzoom: 16 },
-                                      findings: empty, selection: { ...empty, tolerance: 0.1 } },
+      style: { version: 8, sources: { findings: empty, selection: { ...empty, tolerance: 0.1 } },
                layers: [], transition: { duration: 0, delay: 0 } },
-      fadeDuration: 120, clickTolerance: 5, trackResize: true,
+      fadeDuration: 0, clickTolerance: 5, trackResize: true,
     });
     this.isReady = this.map.once("style.load");
     this.map.addControl(new maplibregl.ScaleControl({ maxWidth: 110 }), "bottom-right");
@@ -130,23 +76,26 @@ class MapView {
    */
   async show(network, components, numbers) {
     this.network = network;
-    const box = boxAround(network.lines);
+    const box = boxAround(network.points);
     if (box && !this.isPlaced) {
       this.map.fitBounds(box, { padding: this.padding(), maxZoom: closest, animate: false });
     }
-    const { features, levels } = roadFeatures(network, components, numbers);
-    this.levels = levels;
+    const tiles = new TileMaker(network, components, numbers);
+    this.levels = tiles.levels;
+    maplibregl.addProtocol("network", async ({ url }) => {
+      const [z, x, y] = url.split("/").slice(-3).map(Number);
+      return { data: tiles.tile(z, x, y) };
+    });
     await this.isReady;
     this.addImages();
+    this.map.addSource("network", { type: "vector", tiles: ["network://{z}/{x}/{y}"],
+                                    maxzoom: finestTile });
     const layers = mapLayers(currentTheme(), this.colouring, this.levels);
     for (const layer of layers) this.map.addLayer(layer);
-    this.source("roads").setData(collection(features));
   }
 
-  /** The rest, which nobody sees at once. @param {Network} network @param {Findings} findings */
-  showPlaces(network, findings) {
-    this.source("nodes").setData(collection(Array.from({ length: network.nodeCount }, (_, node) =>
-      pointFeature(network.placeOf(node), { node }))));
+  /** @param {Findings} findings */
+  setFindings(findings) {
     this.source("findings").setData(collection(findingFeatures(findings)));
   }
 
@@ -220,7 +169,7 @@ class MapView {
 
   /** @param {Place[][]} lines */
   flyTo(lines) {
-    const box = boxAround(lines);
+    const box = boxAround(lines.flat(2));
     if (!box) return;
     const camera = this.map.cameraForBounds(box, { padding: this.padding(), maxZoom: closest });
     // To go where one is already would only make one dizzy.
@@ -270,17 +219,17 @@ class MapView {
     /** @type {Thing | null} */
     let best = null;
     let nearest = Infinity;
-    for (const { layer, properties } of found) {
+    for (const { layer, id, properties } of found) {
       /** @type {[Thing, number]} */
-      let [thing, away] = [{ kind: "road", index: properties.road }, 0];
+      let [thing, away] = [{ kind: "road", index: Number(id) }, 0];
       if (layer.id === "nodes") {
-        thing = { kind: "node", index: properties.node };
+        thing = { kind: "node", index: Number(id) };
         away = this.pixelsTo(point, [this.network.placeOf(thing.index)]) - reach;
       } else if (layer.source === "findings") {
         thing = { kind: "finding", index: properties.finding };
         away = -2 * reach;
       } else {
-        away = this.pixelsTo(point, this.network.lines[thing.index]);
+        away = this.pixelsTo(point, this.network.lineOf(thing.index));
       }
       if (away >= nearest) continue;
       nearest = away;

@@ -80,11 +80,14 @@ class Network {
     /** @type {Texts} */
     this.names = this.highways;
     this.pieces = new Float64Array();
-    /** @type {Place[][]} the centre lines; no two points of a line are more than 180 degrees apart */
-    this.lines = [];
+    /**
+     * The centre lines, one behind the other: longitude and latitude in turns. No two points of a
+     * line are more than 180 degrees apart, so that longitudes may be beyond 180.
+     */
+    this.points = new Float64Array();
     /** @type {Float64Array} */
-    this.elevations = new Float64Array();  // of the points of all centre lines
-    this.elevationStarts = new Float64Array();
+    this.elevations = new Float64Array();  // of the same points
+    this.starts = new Float64Array();  // of the centre lines among the points
     /** @type {NetworkDetails | null} */
     this.details = null;
   }
@@ -108,18 +111,24 @@ class Network {
     this.longitudes = await finishDecimals("nodes.longitude", longitudes);
     await finishDecimals("roads.latitude", innerY);
     await finishDecimals("roads.longitude", innerX);
+    this.starts = startsOf(sizes);
+    this.points = new Float64Array(2 * this.starts[this.roadCount]);
+    let to = 0;
+    let near = 0;
+    /** @param {number} x @param {number} y */
+    const add = (x, y) => {
+      this.points[to++] = near = unwrapped(x, near);
+      this.points[to++] = y;
+    };
     next = 0;
     for (let road = 0; road < this.roadCount; ++road) {
-      const line = [this.placeOf(ends[2 * road])];
-      for (const last = next + sizes[road] - 2; next < last; ++next) {
-        line.push([unwrapped(innerX[next], line[line.length - 1][0]), innerY[next]]);
-      }
-      const [x, y] = this.placeOf(ends[2 * road + 1]);
-      line.push([unwrapped(x, line[line.length - 1][0]), y]);
-      this.lines.push(line);
+      const [start, end] = [ends[2 * road], ends[2 * road + 1]];
+      near = this.longitudes[start];
+      add(near, this.latitudes[start]);
+      for (const last = next + sizes[road] - 2; next < last; ++next) add(innerX[next], innerY[next]);
+      add(this.longitudes[end], this.latitudes[end]);
     }
     this.elevations = elevations;
-    this.elevationStarts = startsOf(sizes);
   }
 
   async readClasses() {
@@ -148,13 +157,22 @@ class Network {
   highwayOf(road) {
     return this.highways.texts[this.highways.numbers[road]];
   }
+  /** The centre line. @param {number} road */
+  lineOf(road) {
+    /** @type {Place[]} */
+    const line = [];
+    for (let i = this.starts[road]; i < this.starts[road + 1]; ++i) {
+      line.push([this.points[2 * i], this.points[2 * i + 1]]);
+    }
+    return line;
+  }
   /** Of the points of its centre line. @param {number} road */
   elevationsOf(road) {
-    return this.elevations.subarray(this.elevationStarts[road], this.elevationStarts[road + 1]);
+    return this.elevations.subarray(this.starts[road], this.starts[road + 1]);
   }
   /** Metres. @param {number} road */
   lengthOf(road) {
-    return distancesAlong(this.lines[road])[this.lines[road].length - 1];
+    return distancesAlong(this.lineOf(road)).pop() ?? 0;
   }
 }
 

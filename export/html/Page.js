@@ -67,7 +67,7 @@ class Page {
   /** All that questions need; read when the first is asked. */
   read() {
     this.context ??= NetworkDetails.read(this.network).then((details) => {
-      this.view?.showPlaces(this.network, details.findings);
+      this.view?.setFindings(details.findings);
       blockElement("report-count").textContent = details.findings.size.toLocaleString("en");
       return { network: this.network, details, components: this.components,
                /** @param {Thing} thing */
@@ -96,7 +96,7 @@ class Page {
 
   /** @param {number[]} roads @param {View} describeThem */
   chooseRoads(roads, describeThem) {
-    const lines = roads.map((road) => this.network.lines[road]);
+    const lines = roads.map((road) => this.network.lineOf(road));
     this.panel.show(() => {
       this.selected = undefined;
       this.view?.showFindings([]);
@@ -108,7 +108,7 @@ class Page {
 
   /** @param {Thing} thing @param {Context} context @returns {Place[][]} */
   linesOf({ kind, index }, { details }) {
-    if (kind === "road") return [this.network.lines[index]];
+    if (kind === "road") return [this.network.lineOf(index)];
     if (kind === "node") return [[this.network.placeOf(index)]];
     return details.findings.places[index];
   }
@@ -135,7 +135,7 @@ class Page {
   /** @param {Place | null} place */
   mark(place) {
     if (!this.selected || this.selected.kind !== "road") return;
-    const line = this.network.lines[this.selected.index];
+    const line = this.network.lineOf(this.selected.index);
     this.view?.select(place ? [line, [place]] : [line], [this.selected.index]);
   }
 

@@ -124,7 +124,7 @@ function describeRoad(context, road) {
       network.pieces[road] > 1 ? row("Joined of", counted(network.pieces[road], "piece")) : null,
       row("Belongs to", componentText(context, components.rankOf[road])),
       row("Road id", String(details.roadIds[road])), ...tags),
-    section("Elevation", elevationProfile(network.lines[road], network.elevationsOf(road),
+    section("Elevation", elevationProfile(network.lineOf(road), network.elevationsOf(road),
                                           context.mark)),
     findingCards(context, (findings, i) => findings.roads.at(i).includes(road) ||
       (findings.roads.at(i).length === 0 &&

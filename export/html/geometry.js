@@ -43,25 +43,20 @@ function distancesAlong(line) {
 }
 
 /**
- * The smallest box around lines; none around nothing.
- * @param {Iterable<Place[]>} lines
+ * The smallest box around points; none around nothing.
+ * @param {ArrayLike<number>} points longitude and latitude in turns
  * @returns {Box | null}
  */
-function boxAround(lines) {
-  /** @type {Box | null} */
-  let box = null;
-  for (const line of lines) {
-    for (const [x, y] of line) {
-      if (!box) {
-        box = [x, y, x, y];
-        continue;
-      }
-      const near = unwrapped(x, (box[0] + box[2]) / 2);
-      box[0] = Math.min(box[0], near);
-      box[1] = Math.min(box[1], y);
-      box[2] = Math.max(box[2], near);
-      box[3] = Math.max(box[3], y);
-    }
+function boxAround(points) {
+  if (points.length === 0) return null;
+  /** @type {Box} */
+  const box = [points[0], points[1], points[0], points[1]];
+  for (let i = 0; i < points.length; i += 2) {
+    const x = unwrapped(points[i], (box[0] + box[2]) / 2);
+    box[0] = Math.min(box[0], x);
+    box[1] = Math.min(box[1], points[i + 1]);
+    box[2] = Math.max(box[2], x);
+    box[3] = Math.max(box[3], points[i + 1]);
   }
   return box;
 }

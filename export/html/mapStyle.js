@@ -30,6 +30,8 @@ const roadWidths = {
   other: [0.3, 0.7, 2.6, 7, 22],
 };
 const linkWidth = 0.7;
+/** The zoom from which minor roads have edges. */
+const edgesFrom = 12.5;
 
 /**
  * @param {(kind: string) => any} valueOf of a class; of "other" for those that are none of `kinds`
@@ -53,6 +55,13 @@ function widthExpression(more = [0, 0, 0, 0, 0]) {
 function rankExpression() {
   const ranks = byClass((kind) => (roadClasses.length - roadClasses.indexOf(kind)) * 2, roadClasses);
   return ["-", ranks, ["case", ["has", "link"], 1, 0]];
+}
+
+/** The first of the classes along a road, and whether it is a link. @param {string} highway */
+function roadClass(highway) {
+  const first = highway.split(";")[0];
+  const link = first.endsWith("_link");
+  return { class: link ? first.slice(0, -"_link".length) : first, link };
 }
 
 /** @typedef {"class" | "direction" | "elevation" | "pieces" | "component"} Colouring */
@@ -121,26 +130,32 @@ function colourExpression(theme, colouring) {
 function roadLayers(theme, colouring, level) {
   const isRaised = level > 0;
   const isBelow = level < 0;
-  const common = { type: /** @type {const} */ ("line"), source: "roads",
-                   filter: /** @type {any} */ (["==", ["coalesce", ["get", "level"], 0], level]) };
+  const common = { type: /** @type {const} */ ("line"), source: "network", "source-layer": "roads" };
+  /** @type {any} */
+  const onLevel = ["==", ["coalesce", ["get", "level"], 0], level];
+  /** @type {any} */
+  const isMajor = ["in", ["get", "class"], ["literal", majorClasses]];
+  // From afar nobody sees what ends and corners look like.
+  /** @type {any} */
+  const shape = { "line-cap": ["step", ["zoom"], "butt", edgesFrom, "round"],
+                  "line-join": ["step", ["zoom"], "miter", edgesFrom, "round"],
+                  "line-sort-key": rankExpression() };
   const edges = colouring === "class"
     ? byClass((kind) => theme.edges[kind] ?? theme.minorEdge, Object.keys(theme.edges))
     : theme.minorEdge;
   return [
     { id: `edges ${level}`, ...common,
-      layout: { "line-cap": isRaised || isBelow ? "butt" : "round", "line-join": "round",
-                "line-sort-key": rankExpression() },
+      // Without edges, thin roads from afar look calmer.
+      filter: ["all", onLevel, ["step", ["zoom"], isMajor, edgesFrom, true]],
+      layout: { ...shape, ...(level === 0 ? {} : { "line-cap": "butt" }) },
       paint: {
         "line-color": isRaised ? theme.bridgeEdge : edges,
         "line-width": widthExpression(isRaised ? [0.6, 1.2, 2, 3, 4.5] : [0.3, 0.8, 1.3, 2, 3]),
-        // Without edges, thin roads from afar look calmer.
-        "line-opacity": ["interpolate", ["linear"], ["zoom"], 12,
-                         ["case", ["in", ["get", "class"], ["literal", majorClasses]], 0.8, 0],
-                         13.5, isBelow ? 0.6 : isRaised ? 0.85 : 1],
+        "line-opacity": ["interpolate", ["linear"], ["zoom"], edgesFrom, ["case", isMajor, 0.8, 0],
+                         edgesFrom + 1, isBelow ? 0.4 : isRaised ? 0.85 : 1],
         ...(isBelow ? { "line-dasharray": [2, 1.2] } : {}),
       } },
-    { id: `roads ${level}`, ...common,
-      layout: { "line-cap": "round", "line-join": "round", "line-sort-key": rankExpression() },
+    { id: `roads ${level}`, ...common, filter: onLevel, layout: shape,
       paint: {
         "line-color": colourExpression(theme, colouring),
         "line-width": widthExpression(),
@@ -170,7 +185,7 @@ function placeLayers(theme) {
   const severity = /** @type {any} */ (["match", ["get", "severity"], 0, theme.severities[0], 1,
                                         theme.severities[1], theme.severities[2]]);
   return [
-    { id: "nodes", type: "circle", source: "nodes", minzoom: 15.5,
+    { id: "nodes", type: "circle", source: "network", "source-layer": "nodes", minzoom: 15.5,
       paint: { "circle-color": theme.paper, "circle-stroke-color": theme.node,
                "circle-radius": ["interpolate", ["linear"], ["zoom"], 15.5, 1.6, 17, 3.2, 20, 6],
                "circle-stroke-width": ["interpolate", ["linear"], ["zoom"], 15.5, 0.8, 18, 1.8] } },
@@ -194,17 +209,17 @@ function placeLayers(theme) {
 
 /** Arrows, numbers and names. @param {Theme} theme @returns {Layer[]} */
 function labelLayers(theme) {
+  const fromRoads = { source: "network", "source-layer": "roads" };
   const onLine = { "symbol-placement": /** @type {const} */ ("line") };
   const font = ["Medium", ...labelFonts];  // the map takes the weight from the first name
   return [
-    { id: "arrows", type: "symbol", source: "roads", minzoom: 15,
+    { id: "arrows", type: "symbol", ...fromRoads, minzoom: 15,
       filter: ["has", "direction"],
       layout: { ...onLine, "symbol-spacing": 110, "icon-image": "arrow",
                 "icon-rotate": ["case", ["==", ["get", "direction"], forward], 0, 180],
-                "icon-keep-upright": false, "icon-padding": 0, "icon-allow-overlap": true,
-                "icon-ignore-placement": true,
+                "icon-keep-upright": false, "icon-padding": 1,
                 "icon-size": ["interpolate", ["linear"], ["zoom"], 15, 0.55, 18, 1] } },
-    { id: "names", type: "symbol", source: "roads", minzoom: 12,
+    { id: "names", type: "symbol", ...fromRoads, minzoom: namesFrom,
       filter: ["all", ["has", "name"], ["!", ["has", "image"]],
                ["step", ["zoom"], ["in", ["get", "class"], ["literal", majorClasses]], 14, true]],
       layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", rankExpression()],
@@ -212,11 +227,11 @@ function labelLayers(theme) {
                 "text-padding": 3, "text-letter-spacing": 0.01,
                 "text-size": ["interpolate", ["linear"], ["zoom"], 12, 10.5, 16, 12.5, 19, 15] },
       paint: { "text-color": theme.text, "text-halo-color": theme.halo, "text-halo-width": 1.6 } },
-    { id: "name images", type: "symbol", source: "roads", minzoom: 13.5,
+    { id: "name images", type: "symbol", ...fromRoads, minzoom: 13.5,
       filter: ["has", "image"],
       layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", rankExpression()],
                 "icon-image": ["concat", isDark() ? "dark:" : "light:", ["get", "name"]] } },
-    { id: "numbers", type: "symbol", source: "roads", minzoom: 9,
+    { id: "numbers", type: "symbol", ...fromRoads, minzoom: numbersFrom,
       filter: ["all", ["has", "number"], ["in", ["get", "class"], ["literal", majorClasses]]],
       layout: { ...onLine, "symbol-spacing": 420, "text-field": ["get", "number"],
                 "text-font": font, "text-size": 10, "text-rotation-alignment": "viewport",
