@@ -12,11 +12,13 @@ function(add_page_part name)
   list(TRANSFORM ARGN REPLACE "(.+)" ".incbin \"\\1\"\n" OUTPUT_VARIABLE contents)
   list(JOIN contents "" contents)
   string(APPEND page_parts "asm(R\"(.pushsection .rodata
+.globl ${name}_begin, ${name}_end
+.hidden ${name}_begin, ${name}_end
 ${name}_begin:
 ${contents}${name}_end:
 .popsection)\");
-extern \"C\" char const ${name}_begin[];
-extern \"C\" char const ${name}_end[];
+extern \"C\" [[gnu::visibility(\"hidden\")]] char const ${name}_begin[];
+extern \"C\" [[gnu::visibility(\"hidden\")]] char const ${name}_end[];
 std::string_view ${name}() { return {${name}_begin, ${name}_end}; }
 
 ")

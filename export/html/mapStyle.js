@@ -227,9 +227,10 @@ function labelLayers(theme) {
                 "text-padding": 3, "text-letter-spacing": 0.01,
                 "text-size": ["interpolate", ["linear"], ["zoom"], 12, 10.5, 16, 12.5, 19, 15] },
       paint: { "text-color": theme.text, "text-halo-color": theme.halo, "text-halo-width": 1.6 } },
-    { id: "name images", type: "symbol", ...fromRoads, minzoom: 13.5,
+    { id: "name images", type: "symbol", ...fromRoads, minzoom: 14.5,
       filter: ["has", "image"],
       layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", rankExpression()],
+                "icon-padding": [36, 4],  // the map makes room for them as if they lay level
                 "icon-image": ["concat", isDark() ? "dark:" : "light:", ["get", "name"]] } },
     { id: "numbers", type: "symbol", ...fromRoads, minzoom: numbersFrom,
       filter: ["all", ["has", "number"], ["in", ["get", "class"], ["literal", majorClasses]]],

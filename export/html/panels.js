@@ -26,6 +26,7 @@ class Panel {
   /** @param {View} view */
   show(view) {
     this.views.push(view);
+    const hadFocus = this.root.contains(document.activeElement);
     const { name, title, content } = view();
     this.title.textContent = title;
     this.body.replaceChildren(...content.filter((part) => part !== null));
@@ -33,6 +34,7 @@ class Panel {
     this.back.hidden = this.views.length < 2;
     this.root.hidden = false;
     this.root.dataset.name = name;
+    if (hadFocus) this.title.focus({ preventScroll: true });
   }
   /** The first of a new row of views. @param {View} view */
   start(view) {
