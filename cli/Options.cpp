@@ -1,21 +1,22 @@
 #include "cli/Options.hpp"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <boost/algorithm/string/trim.hpp>
 #include <iomanip>
 #include <iostream>
 #include <map>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
-#include <thread>
+#include <utility>
 #include <vector>
 
 #include "cli/Place.hpp"
 #include "export/ReportExport.hpp"
+#include "export/exportedTags.hpp"
 #include "support/lowerCase.hpp"
 #include "support/printable.hpp"
+#include "threads/decodeInParallel.hpp"
 
 namespace {
 
@@ -25,26 +26,17 @@ std::map<std::string, Joining> const joinings{
     {"all", Joining::all}, {"compatible", Joining::compatible}, {"none", Joining::none}};
 std::map<std::string, OneWays> const oneWayModes{{"tagged", OneWays::tagged},
                                                  {"implied", OneWays::implied}};
-std::vector<std::string> const usualTags{"oneway", "lanes",   "maxspeed", "ref",   "surface",
-                                         "access", "bridge",  "tunnel",   "layer", "junction",
-                                         "width",  "service", "area"};
 
 template <class Value>
 CLI::Validator oneOf(std::map<std::string, Value> const& choices) {
   return CLI::IsMember(&choices).description("");
 }
 
-// Each is a column of its own, which other columns are not.
-void checkTags(std::vector<std::string>& tags) {
-  for (std::string& tag : tags) boost::algorithm::trim(tag);
-  std::erase(tags, "");
-  for (auto tag = tags.begin(); tag != tags.end(); ++tag) {
-    if (std::find(tags.begin(), tag, *tag) != tag) {
-      throw CLI::ValidationError("--tags", "\"" + *tag + "\" stands there twice");
-    }
-    if (*tag == "highway" || *tag == "name") {
-      throw CLI::ValidationError("--tags", "\"" + *tag + "\" is always there");
-    }
+std::vector<std::string> checked(std::vector<std::string> tags) {
+  try {
+    return checkedTags(std::move(tags));
+  } catch (std::invalid_argument const& error) {
+    throw CLI::ValidationError("--tags", error.what());
   }
 }
 
@@ -154,10 +146,7 @@ int print(std::string const& text) {
 
 }  // namespace
 
-// Unpacking is no longer what takes the time on more threads than that, and each has its buffers.
-constexpr unsigned usefulThreads = 16;
-
-Options::Options() : threads(std::clamp(std::thread::hardware_concurrency(), 1U, usefulThreads)) {}
+Options::Options() : threads(usefulThreads()) {}
 
 std::optional<Options> parseOptions(int argc, char const* const* argv, int& exitCode) {
   Options options;
@@ -201,7 +190,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
                  "summary")
       ->check(oneOf(oneWayModes))
       ->type_name("tagged|implied");
-  options.import.tags = usualTags;
+  options.import.tags = usualTags();
   app.add_option("--tags", options.import.tags,
                  "export these OSM tags, \"\" for none; default: those that most networks need;\n"
                  "json has no tags")
@@ -238,7 +227,7 @@ std::optional<Options> parseOptions(int argc, char const* const* argv, int& exit
     // The report needs them, and so does the count of places to check.
     options.import.restrictions = isForExchange || options.report || !options.quiet;
     options.import.keepsNodes = options.import.restrictions;
-    checkTags(options.import.tags);
+    options.import.tags = checked(std::move(options.import.tags));
     // Who does not need them does not keep them.
     if (!isForExchange && options.import.joining != Joining::compatible) options.import.tags = {};
     if (options.output) options.import.usedTags = options.format->usedTags;

@@ -16,7 +16,6 @@
 #include "cli/Options.hpp"
 #include "cli/ProgressLine.hpp"
 #include "cli/Stopwatch.hpp"
-#include "cli/decodeInParallel.hpp"
 #include "cli/endWhenOutOfMemory.hpp"
 #include "cli/printSummary.hpp"
 #include "export/NetworkExport.hpp"
@@ -27,6 +26,7 @@
 #include "report/ImportReport.hpp"
 #include "support/printable.hpp"
 #include "support/ustring.hpp"
+#include "threads/decodeInParallel.hpp"
 
 namespace {
 
@@ -77,8 +77,8 @@ void import(Options const& options) {
 
   RoadNetworkImporter& importer = makeImporter(options.import);
   ProgressLine progress(!options.quiet);
-  importer.reader.setProgress([&](std::uint64_t bytesRead, std::uint64_t fileSize) {
-    progress.reading(bytesRead, fileSize);
+  importer.setProgress([&](support::Stage stage, std::uint64_t done, std::uint64_t total) {
+    progress.show(stage, done, total);
   });
   importer.reader.setPbfRunner(decodeInParallel(options.threads));
   openInput(options, importer.reader);
@@ -87,15 +87,11 @@ void import(Options const& options) {
   importer.run();
   time.finished("network");
 
-  ImportReport report;
-  bool const formatNeedsReport = output && options.format->needsReport();
-  if (reportOutput || formatNeedsReport || !options.quiet) report = reportOn(importer);
-  if (output) {
-    output->write(importer, report,
-                  [&](std::size_t done, std::size_t total) { progress.writing(done, total); });
-  }
+  std::optional<ImportReport> report;
+  if (reportOutput || !options.quiet) report = reportOn(importer);
+  if (output) output->write(importer, report ? &*report : nullptr);
+  if (reportOutput) reportOutput->write(*report, importer);
   progress.wipe();
-  if (reportOutput) reportOutput->write(report, importer);
   if (output) output->commit();
   if (reportOutput) reportOutput->commit();
   if (options.quiet) return;
@@ -104,9 +100,9 @@ void import(Options const& options) {
     std::cerr << support::printable(options.inputName()) << ": gives no roads\n";
   }
   if (output) {
-    printWritten(options, importer, report, std::cerr);
+    printWritten(options, importer, *report, std::cerr);
   } else if (options.report != "-") {
-    printSummary(importer, report, time, std::cout);
+    printSummary(importer, *report, time, std::cout);
     std::cout.flush();
     if (!std::cout) throw std::runtime_error("standard output: can't write");
   }

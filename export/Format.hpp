@@ -19,14 +19,14 @@ struct ImportReport;
 struct Format {
   /// What it writes: a stream of bytes, which can go to standard output; or files by their names.
   struct Stream {
-    void (*write)(RoadNetworkImporter const&, BufferedFile&, Progress const&);
+    void (*write)(RoadNetworkImporter const&, BufferedFile&);
   };
   /// The same of the network and of what there is to say about it.
   struct ReportedStream {
-    void (*write)(RoadNetworkImporter const&, ImportReport const&, BufferedFile&, Progress const&);
+    void (*write)(RoadNetworkImporter const&, ImportReport const&, BufferedFile&);
   };
   struct Files {
-    void (*write)(RoadNetworkImporter const&, OutputFolder const&, Progress const&);
+    void (*write)(RoadNetworkImporter const&, OutputFolder const&);
     std::vector<std::string_view> names;
     OutputFolder::Result result;
     /// Throws, with the output's name, when the format can't be written at all; null if it can.
@@ -46,7 +46,6 @@ struct Format {
 
   std::string_view name() const { return endings.front(); }
   bool isStream() const { return !std::holds_alternative<Files>(output); }
-  bool needsReport() const { return std::holds_alternative<ReportedStream>(output); }
 };
 
 /// All of them; the first is the default.

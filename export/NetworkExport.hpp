@@ -18,10 +18,10 @@ class NetworkExport {
   /// and `overwrite` is false. `name` may be "-", for standard output, if the format is a stream.
   NetworkExport(Format const& format, std::string const& name, bool overwrite);
 
-  /// The importer must have run; `report` is about it, or empty if the format does without. Writes
-  /// element by element, and completes the output but for its name. Throws std::runtime_error.
-  void write(RoadNetworkImporter const& importer, ImportReport const& report,
-             Progress const& progress);
+  /// The importer must have run. Writes element by element, and completes the output but for its
+  /// name. `report` is the one about it, if there is any: the formats that need one make it
+  /// otherwise. Throws std::runtime_error.
+  void write(RoadNetworkImporter const& importer, ImportReport const* report = nullptr);
   /// The output takes its name. Without this, what there was stays as it was.
   void commit();
 

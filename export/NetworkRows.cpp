@@ -17,20 +17,8 @@ using velora::roadnetwork::Road;
 
 namespace {
 
-// The different values along a road.
-std::string valuesOf(std::u16string_view key, std::span<RoadPiece const> pieces) {
-  std::unordered_set<std::u16string const*> seen;  // equal strings of a file are one
-  std::u16string const* last = nullptr;
-  std::u16string joined;
-  for (RoadPiece const& piece : pieces) {
-    auto const tag = piece.way->tags.find(key);
-    if (tag == piece.way->tags.end() || &tag->second == last) continue;
-    bool const isFirst = std::exchange(last, &tag->second) == nullptr;
-    if (pieces.size() > 1 && !seen.insert(last).second) continue;
-    if (!isFirst) joined += u';';
-    joined += *last;
-  }
-  return exchangeable(joined);
+std::string textOf(std::u16string_view key, std::span<RoadPiece const> pieces) {
+  return joinedValues(tagValues(key, pieces));
 }
 
 std::string wellKnownText(RoadRow const& road, bool reversed) {
@@ -70,29 +58,58 @@ NodeRow nodeRow(Node const& node) {
   return {OpenStreetMap::osmId(node->getID()), position[1], position[0], position[2]};
 }
 
-RoadRow RoadRows::operator()(Road const& road) const {
+RoadParts roadParts(Road const& road, RoadNetworkImporter const& importer) {
   std::vector<RoadPiece> pieces;
-  forEachPiece(*road.get(), importer_, [&](RoadPiece const& piece) { pieces.push_back(piece); });
-  std::vector<std::string> tags;
-  tags.reserve(keys_.size());
-  for (std::u16string const& key : keys_) tags.push_back(valuesOf(key, pieces));
-  std::span<double const> const elevations =
-      (*road->getRoadSegments().begin())->getElevations().values();
+  forEachPiece(*road.get(), importer, [&](RoadPiece const& piece) { pieces.push_back(piece); });
   return {road->getID(),
-          valuesOf(u"name", pieces),
-          valuesOf(u"highway", pieces),
-          std::move(tags),
           road->getDirection(),
           OpenStreetMap::osmId(road->getStartNode()->getID()),
           OpenStreetMap::osmId(road->getEndNode()->getID()),
-          roadLength(road),
-          wayIdsOf(road, importer_),
+          wayIdsOf(road, importer),
           std::move(pieces),
           road->getCentersY().values(),
           road->getCentersX().values(),
-          elevations,
-          std::all_of(elevations.begin(), elevations.end(),
-                      [](double elevation) { return std::isfinite(elevation); })};
+          (*road->getRoadSegments().begin())->getElevations().values()};
+}
+
+std::vector<std::u16string const*> tagValues(std::u16string_view key,
+                                             std::span<RoadPiece const> pieces) {
+  std::vector<std::u16string const*> values;
+  std::unordered_set<std::u16string const*> seen;  // equal strings of a file are one
+  for (RoadPiece const& piece : pieces) {
+    auto const tag = piece.way->tags.find(key);
+    if (tag == piece.way->tags.end()) continue;
+    auto const* const value = &tag->second;
+    if (!values.empty()) {
+      if (value == values.back()) continue;
+      if (values.size() == 1) seen.insert(values.front());
+      if (!seen.insert(value).second) continue;
+    }
+    values.push_back(value);
+  }
+  return values;
+}
+
+std::string joinedValues(std::span<std::u16string const* const> values) {
+  std::u16string joined;
+  for (auto const* const value : values) {
+    if (value != values.front()) joined += u';';
+    joined += *value;
+  }
+  return exchangeable(joined);
+}
+
+RoadRow RoadRows::operator()(Road const& road) const {
+  RoadParts parts = roadParts(road, importer_);
+  std::string name = textOf(u"name", parts.pieces);
+  std::string highway = textOf(u"highway", parts.pieces);
+  std::vector<std::string> tags;
+  tags.reserve(keys_.size());
+  for (std::u16string const& key : keys_) tags.push_back(textOf(key, parts.pieces));
+  bool const hasElevations = std::all_of(parts.elevations.begin(), parts.elevations.end(),
+                                         [](double elevation) { return std::isfinite(elevation); });
+  return {std::move(parts), std::move(name),  std::move(highway),
+          std::move(tags),  roadLength(road), hasElevations};
 }
 
 RoadRows::RoadRows(RoadNetworkImporter const& importer) : importer_(importer) {

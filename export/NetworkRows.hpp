@@ -38,24 +38,35 @@ struct NodeRow {
   double elevation;  ///< metres above the ground; may be NaN or infinite
 };
 
-struct RoadRow {
+/// What is there of a road without computing or converting anything.
+struct RoadParts {
   support::ModelId id;
-  /// Of its ways' tags, UTF-8 without U+0000, empty for none: the different values in their order
-  /// along the road, with ";" between them, as OSM tags list values.
-  std::string name;
-  std::string highway;
-  std::vector<std::string> tags;  ///< of the exported keys, in their order
   velora::roadnetwork::DirectionOfTravel direction;
   OpenStreetMap::Id startNode;
   OpenStreetMap::Id endNode;
-  double length;                          ///< metres, see roadLength
   std::vector<OpenStreetMap::Id> wayIds;  ///< see wayIdsOf
   std::vector<RoadPiece> pieces;          ///< along the road, at least one
   /// The centre line from the start to the end node, as many of each; views into the road.
   std::span<double const> longitudes;
   std::span<double const> latitudes;
   std::span<double const> elevations;
-  bool hasElevations;  ///< whether all of them are finite
+};
+
+/// Of a road of the importer, which must have run. They hold as long as the road.
+RoadParts roadParts(velora::roadnetwork::Road const& road, RoadNetworkImporter const& importer);
+
+/// The different values of a tag in their order along a road; equal ones are one string.
+std::vector<std::u16string const*> tagValues(std::u16string_view key,
+                                             std::span<RoadPiece const> pieces);
+/// As OSM tags list values: with ";" between them. UTF-8 without U+0000, empty for none.
+std::string joinedValues(std::span<std::u16string const* const> values);
+
+struct RoadRow : RoadParts {
+  std::string name;  ///< this and the other texts: see joinedValues
+  std::string highway;
+  std::vector<std::string> tags;  ///< of the exported keys, in their order
+  double length;                  ///< metres, see roadLength
+  bool hasElevations;             ///< whether all of them are finite
 
   /// The way ids with ";" between them, as OSM tags list values.
   std::string wayIdText() const { return idList(wayIds); }

@@ -3,53 +3,68 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
 #include <utility>
 #include <vector>
 
-#include "model/roadnetwork/RoadNetwork.hpp"
+#include "importer/RoadNetworkImporter.hpp"
+#include "importer/walk.hpp"
 
-/// Called after each element that was written, with how many are done, of how many.
-using Progress = std::function<void(std::size_t done, std::size_t total)>;
+/// The network's roads, by ascending id.
+inline std::vector<velora::roadnetwork::Road const*> roadsById(
+    velora::roadnetwork::RoadNetworkImpl const& network, support::Steps& steps) {
+  using velora::roadnetwork::Road;
+  using Entry = std::pair<support::ModelId, Road const*>;  // ids at hand sort in half the time
+  std::vector<Entry> entries;
+  entries.reserve(network.getRoads().size());
+  for (Road const& road : network.getRoads()) entries.emplace_back(road->getID(), &road);
+  std::sort(entries.begin(), entries.end(),
+            steps.polling([](Entry const& a, Entry const& b) { return a.first < b.first; }));
+  std::vector<Road const*> roads;
+  roads.reserve(entries.size());
+  for (Entry const& entry : entries) roads.push_back(entry.second);
+  return roads;
+}
 
-/// Goes through a network's nodes and roads by ascending id and tells how far it has come.
+/// Goes through a network's nodes and roads by ascending id, each of them once, as one stage.
 class NetworkWalk {
  public:
   using Node = velora::roadnetwork::Node;
   using Road = velora::roadnetwork::Road;
 
-  NetworkWalk(velora::roadnetwork::RoadNetwork const& network, Progress progress)
-      : network_(network),
-        progress_(std::move(progress)),
-        total_(network->getNodes().size() + network->getRoads().size()) {}
+  /// The importer must have run.
+  explicit NetworkWalk(RoadNetworkImporter const& importer,
+                       support::Stage stage = support::Stage::writing)
+      : network_(importer.roadNetwork),
+        steps_(importer.progress(), stage,
+               network_->getNodes().size() + network_->getRoads().size()) {}
+
+  /// For what is done between the elements.
+  support::Steps& steps() noexcept { return steps_; }
 
   template <class Action>
   void forEachNode(Action const& action) {
     for (auto const& [id, node] : network_->getNodes()) {
       action(node);
-      step();
+      steps_.step();
     }
   }
 
   template <class Action>
   void forEachRoad(Action const& action) {
-    std::vector<Road> roads = network_->getRoads();
-    std::sort(roads.begin(), roads.end(),
-              [](Road const& a, Road const& b) { return a->getID() < b->getID(); });
-    for (Road const& road : roads) {
-      action(road);
-      step();
+    std::vector<Road const*> const roads = roadsById(*network_.get(), steps_);
+    for (std::size_t i = 0; i < roads.size(); ++i) {
+      if (i + walkAhead < roads.size()) {
+        (*roads[i + walkAhead])->prefetchNodes();
+        (*roads[i + walkAhead])->prefetchCenters();
+        (*roads[i + walkAhead])->prefetchSegments();
+      }
+      if (i + walkAhead / 2 < roads.size()) (*roads[i + walkAhead / 2])->prefetchElevations();
+      action(*roads[i]);
+      steps_.step();
     }
   }
 
  private:
-  void step() {
-    ++done_;
-    if (progress_) progress_(done_, total_);
-  }
-
   velora::roadnetwork::RoadNetwork const& network_;
-  Progress progress_;
-  std::size_t done_ = 0;
-  std::size_t total_;
+  support::Steps steps_;
 };

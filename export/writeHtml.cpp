@@ -8,6 +8,7 @@
 
 #include "export/JsonWriter.hpp"
 #include "export/NetworkRows.hpp"
+#include "export/NetworkWalk.hpp"
 #include "export/PageBlocks.hpp"
 #include "export/PageColumns.hpp"
 #include "export/ReportRow.hpp"
@@ -44,13 +45,8 @@ std::size_t placeIn(Ids const& ids, typename Ids::value_type id) {
 
 class PageWriter {
  public:
-  PageWriter(RoadNetworkImporter const& importer, ImportReport const& report, BufferedFile& file,
-             Progress const& progress)
-      : importer_(importer),
-        report_(report),
-        file_(file),
-        walk_(importer.roadNetwork, progress),
-        blocks_(file) {}
+  PageWriter(RoadNetworkImporter const& importer, ImportReport const& report, BufferedFile& file)
+      : importer_(importer), report_(report), file_(file), walk_(importer), blocks_(file) {}
 
   void write() {
     std::string_view rest = pageTemplate();
@@ -233,9 +229,10 @@ class PageWriter {
     ListColumn parts;  // how many points each line has; one part of one point for each point
     DecimalColumn latitudes;
     DecimalColumn longitudes;
+    support::Steps steps(importer_.progress(), support::Stage::writingReport, report_.toCheck());
     for (auto const& ofKind : report_.findings) {
       for (Finding const& finding : ofKind) {
-        ReportRow const row = reportRow(finding, importer_);
+        ReportRow const row = reportRow(finding, importer_, steps);
         kinds.add(static_cast<std::int64_t>(finding.kind));
         severities.add(static_cast<std::int64_t>(finding.severity));
         (texts += row.text) += '\0';
@@ -253,6 +250,7 @@ class PageWriter {
         };
         for (GeoPosition const& point : row.points) addPoint(point);
         for (GeoLine const& line : row.lines) std::for_each(line.begin(), line.end(), addPoint);
+        steps.step();
       }
     }
     blocks_.column("findings.kind", kinds);
@@ -288,7 +286,7 @@ class PageWriter {
 
 }  // namespace
 
-void writeHtml(RoadNetworkImporter const& importer, ImportReport const& report, BufferedFile& file,
-               Progress const& progress) {
-  PageWriter(importer, report, file, progress).write();
+void writeHtml(RoadNetworkImporter const& importer, ImportReport const& report,
+               BufferedFile& file) {
+  PageWriter(importer, report, file).write();
 }

@@ -1,6 +1,8 @@
 #include "graph/createNodes.hpp"
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
@@ -12,10 +14,11 @@ using OpenStreetMap::modelId;
 using OpenStreetMap::Way;
 using OpenStreetMap::WayNodes;
 using support::ModelId;
+using velora::roadnetwork::RoadNetwork;
 
 namespace {
 
-void findJunctions(RoadNetworkImporter& importer) {
+void findJunctions(RoadNetworkImporter& importer, support::Steps& steps) {
   auto const& nodes = importer.reader.wayNodes;
   importer.junctionNodeIds = JunctionNodes(nodes.size());
   auto& junctions = importer.junctionNodeIds;
@@ -29,15 +32,36 @@ void findJunctions(RoadNetworkImporter& importer) {
       if (isInterior[number]) junctions.insert(number);
       isInterior[number] = true;
     }
+    steps.step();
   }
+}
+
+// In one call, as a network's own class may expect it.
+void addNodes(RoadNetworkImporter& importer, std::vector<ModelId> const& ids,
+              std::vector<std::u16string> const& names, std::vector<double> const& positions) {
+  support::Steps steps(importer.progress(), support::Stage::makingNodes, ids.size());
+  struct Watch {
+    Watch(RoadNetwork const& network, std::function<void()> watcher) : network_(network) {
+      network_->setNodeWatcher(std::move(watcher));
+    }
+    Watch(Watch const&) = delete;
+    Watch& operator=(Watch const&) = delete;
+    ~Watch() { network_->setNodeWatcher({}); }
+    RoadNetwork const& network_;
+  };
+  Watch const watch(importer.roadNetwork, [&] { steps.step(); });
+  importer.roadNetwork->addNodes(ids, names, positions);
+  steps.finish();
 }
 
 }  // namespace
 
 void createNodes(RoadNetworkImporter& importer) {
   importer.reader.populate(importer.reader.nodes);
-  findJunctions(importer);
   auto const& nodes = importer.reader.wayNodes;
+  support::Steps steps(importer.progress(), support::Stage::findingJunctions,
+                       importer.selectedWays.size() + nodes.size());
+  findJunctions(importer, steps);
   auto const& junctions = importer.junctionNodeIds;
 
   std::vector<ModelId> ids;
@@ -47,10 +71,11 @@ void createNodes(RoadNetworkImporter& importer) {
   names.reserve(junctions.size());
   positions.reserve(3 * junctions.size());
   nodes.forEach([&](WayNodes::Number number, Id id) {
+    steps.step();
     if (!junctions.contains(number)) return;
     ids.push_back(modelId(id));
     names.push_back(support::decimal(id));
     positions.insert(positions.end(), {nodes[number].latitude, nodes[number].longitude, 0.0});
   });
-  importer.roadNetwork->addNodes(ids, names, positions);
+  addNodes(importer, ids, names, positions);
 }

@@ -27,4 +27,7 @@ struct ImportOptions {
   /// Whether the nodes under the ways stay in the reader when the roads have been made of them, for
   /// a report or an exchange format: they take a fifth of the memory.
   bool keepsNodes = true;
+  /// The keys of yet others that are kept, for what may be written later. Joining does not look at
+  /// them.
+  std::vector<std::string> keptTags = {};
 };

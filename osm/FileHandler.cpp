@@ -30,18 +30,22 @@ void FileHandlerDeleter::operator()(FileHandler* file) const noexcept {
 }
 
 FileHandle openFile(std::u16string const& path) {
-  std::string name = support::ustring_to_utf8(path);
-  if (path.find(u'\0') != std::u16string::npos) {
-    throw ReadError(name, "", "the file name contains a NUL character");
-  }
+  std::string const name = support::ustring_to_utf8(path);
   if (support::to_ustring(name) != path) {
     throw ReadError(name, "", "the file name is not well-formed UTF-16");
   }
-  FileHandle file(new FileHandler{-1, 0, name});
+  return openFile(name);
+}
+
+FileHandle openFile(std::string const& path) {
+  if (path.find('\0') != std::string::npos) {
+    throw ReadError(path, "", "the file name contains a NUL character");
+  }
+  FileHandle file(new FileHandler{-1, 0, path});
   // Without O_NONBLOCK the mere opening of a pipe could wait forever.
-  file->descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  file->descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   struct stat const status = statusOf(*file);
-  if (!S_ISREG(status.st_mode)) throw ReadError(name, "", "is not a regular file");
+  if (!S_ISREG(status.st_mode)) throw ReadError(path, "", "is not a regular file");
   file->size = static_cast<std::uint64_t>(status.st_size);
   return file;
 }

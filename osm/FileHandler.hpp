@@ -25,6 +25,9 @@ using FileHandle = std::unique_ptr<FileHandler, FileHandlerDeleter>;
 /// NUL or is not well-formed UTF-16 (such a path never opens some other file).
 FileHandle openFile(std::u16string const& path);
 
+/// The same with a path of whatever bytes; a message shows them as well as it can.
+FileHandle openFile(std::string const& path);
+
 /// For whatever is open already, a pipe for example, which will be read from where it stands. The
 /// descriptor stays the caller's. `name`, UTF-8, is for messages. Throws ReadError.
 FileHandle useOpenFile(int descriptor, std::string const& name);

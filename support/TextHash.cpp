@@ -7,13 +7,13 @@
 
 namespace support {
 
-std::size_t TextHash::operator()(std::u16string_view text) const {
+std::size_t TextHash::hash(void const* bytes, std::size_t size) const {
   static_assert(std::tuple_size_v<decltype(secret_)> == crypto_shorthash_siphash24_KEYBYTES);
-  unsigned char hash[crypto_shorthash_siphash24_BYTES];
-  crypto_shorthash_siphash24(hash, reinterpret_cast<unsigned char const*>(text.data()),
-                             text.size() * sizeof(char16_t), secret_.data());
+  unsigned char digest[crypto_shorthash_siphash24_BYTES];
+  crypto_shorthash_siphash24(digest, static_cast<unsigned char const*>(bytes), size,
+                             secret_.data());
   std::size_t result = 0;
-  std::memcpy(&result, hash, sizeof result);
+  std::memcpy(&result, digest, sizeof result);
   return result;
 }
 

@@ -1,21 +1,23 @@
 // The keys of all tags that mean something to a road network.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 #include "osm/Selection.hpp"
 
-/// Ways that may be roads, and of their tags those that the files of this folder read, and those
-/// that are exported or used otherwise.
-inline OpenStreetMap::Selection roadSelection(std::vector<std::string> const& exported = {},
-                                              std::vector<std::string> const& used = {}) {
+/// Ways that may be roads, and of their tags those that the files of this folder read, and others
+/// that are needed.
+inline OpenStreetMap::Selection roadSelection(
+    std::initializer_list<std::vector<std::string>> const& others = {}) {
   OpenStreetMap::Selection selection;
   selection.wayKey = "highway";
   selection.keys = {"highway", "name",   "oneway",  "layer", "junction",
                     "bridge",  "tunnel", "covered", "area"};
-  selection.keys.insert(selection.keys.end(), exported.begin(), exported.end());
-  selection.keys.insert(selection.keys.end(), used.begin(), used.end());
+  for (auto const& keys : others) {
+    selection.keys.insert(selection.keys.end(), keys.begin(), keys.end());
+  }
   return selection;
 }
 

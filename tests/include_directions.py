@@ -19,7 +19,9 @@ ALLOWED = {
     "turns": {"support", "model", "osm", "tags", "importer"},
     "report": {"support", "model", "osm", "tags", "importer", "turns"},
     "export": {"support", "model", "osm", "tags", "importer", "turns", "report"},
-    "cli": {"support", "model", "osm", "importer", "report", "export"},
+    "threads": {"osm"},
+    "cli": {"support", "model", "osm", "importer", "report", "export", "threads"},
+    "python": {"support", "model", "osm", "importer", "report", "export", "threads"},
 }
 
 

@@ -1,38 +1,26 @@
-#include "cli/decodeInParallel.hpp"
+#include "threads/decodeInParallel.hpp"
 
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <boost/asio/packaged_task.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/thread_pool.hpp>
 #include <boost/system/system_error.hpp>
-#include <csignal>
+#include <chrono>
 #include <cstddef>
 #include <future>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include "osm/decode/PbfFile.hpp"
+#include "threads/NoSignals.hpp"
 
 using OpenStreetMap::PbfFile;
+using namespace std::chrono_literals;
 
 namespace {
-
-// As long as it lives, threads that start take no signals: those are the main thread's.
-class NoSignals {
- public:
-  NoSignals() {
-    sigset_t all;
-    sigfillset(&all);
-    ::pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  NoSignals(NoSignals const&) = delete;
-  NoSignals& operator=(NoSignals const&) = delete;
-  ~NoSignals() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
- private:
-  sigset_t before_{};
-};
 
 // A pool each, because a pool does not come to an end when it can't start all of its threads.
 using Workers = std::vector<std::unique_ptr<boost::asio::thread_pool>>;
@@ -79,12 +67,18 @@ void run(PbfFile& file, std::size_t threads) {
     }
     if (decoded == read) return;
     Ahead& next = ring[decoded % ring.size()];
+    while (next.isUnpacked.wait_for(20ms) == std::future_status::timeout) file.tell();
     next.isUnpacked.get();
     file.decode(next.blob);
   }
 }
 
 }  // namespace
+
+unsigned usefulThreads() {
+  constexpr unsigned most = 16;
+  return std::clamp(std::thread::hardware_concurrency(), 1U, most);
+}
 
 OpenStreetMap::PbfRunner decodeInParallel(unsigned threads) {
   if (threads <= 1 || isAddressSpaceLimited()) return OpenStreetMap::decodeOneByOne;

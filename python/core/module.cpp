@@ -1,0 +1,145 @@
+// The compiled module of the Python package.
+#include <nanobind/nanobind.h>
+#include <nanobind/stl/optional.h>
+#include <nanobind/stl/string.h>
+#include <nanobind/stl/vector.h>
+
+#include <array>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "export/exportedTags.hpp"
+#include "export/writeGmns.hpp"
+#include "osm/ReadError.hpp"
+#include "python/core/Import.hpp"
+
+namespace nb = nanobind;
+
+namespace {
+
+template <class Value, std::size_t count>
+Value chosen(std::string_view what, std::string const& name,
+             std::array<std::pair<char const*, Value>, count> const& choices) {
+  std::string names;
+  for (auto const& [known, value] : choices) {
+    if (name == known) return value;
+    (names += names.empty() ? "" : ", ") += known;
+  }
+  throw std::invalid_argument(std::string(what) + " is \"" + name + "\"; it may be " + names);
+}
+
+ImportOptions optionsOf(std::string const& join, std::string const& oneway,
+                        std::optional<std::vector<std::string>> tags) {
+  ImportOptions options;
+  options.joining = chosen(
+      "join", join,
+      std::array{std::pair{"all", Joining::all}, std::pair{"compatible", Joining::compatible},
+                 std::pair{"none", Joining::none}});
+  options.oneWays = chosen(
+      "oneway", oneway,
+      std::array{std::pair{"tagged", OneWays::tagged}, std::pair{"implied", OneWays::implied}});
+  try {
+    options.tags = tags ? checkedTags(std::move(*tags)) : usualTags();
+  } catch (std::invalid_argument const& error) {
+    throw std::invalid_argument(std::string("tags: ") + error.what());
+  }
+  options.keptTags = gmnsTags();  // it may be written later
+  options.restrictions = true;
+  return options;
+}
+
+// The bytes of an object, for as long as it lives.
+class Buffer {
+ public:
+  explicit Buffer(nb::handle object) {
+    if (PyObject_GetBuffer(object.ptr(), &view_, PyBUF_SIMPLE) != 0) throw nb::python_error();
+  }
+  Buffer(Buffer const&) = delete;
+  Buffer& operator=(Buffer const&) = delete;
+  ~Buffer() { PyBuffer_Release(&view_); }
+
+  std::span<char const> bytes() const {
+    return {static_cast<char const*>(view_.buf), static_cast<std::size_t>(view_.len)};
+  }
+
+ private:
+  Py_buffer view_{};
+};
+
+std::string fileSystemBytes(nb::handle path) {
+  auto const bytes = nb::steal<nb::bytes>(PyUnicode_EncodeFSDefault(path.ptr()));
+  if (!bytes.is_valid()) throw nb::python_error();
+  return {bytes.c_str(), bytes.size()};
+}
+
+Import* readSource(nb::object const& source, std::string const& join, std::string const& oneway,
+                   std::optional<std::vector<std::string>> tags, int threads,
+                   nb::object const& progress) {
+  constexpr int mostThreads = 1024;
+  if (threads < 0 || threads > mostThreads) {
+    throw std::invalid_argument("threads is " + std::to_string(threads) + "; it may be 0 to " +
+                                std::to_string(mostThreads));
+  }
+  ImportOptions options = optionsOf(join, oneway, std::move(tags));
+  auto const import = [&](Source const& from) {
+    return new Import(from, std::move(options), static_cast<unsigned>(threads), Watch(progress));
+  };
+  if (nb::isinstance<nb::str>(source)) return import(fileSystemBytes(source));
+  if (nb::isinstance<nb::tuple>(source)) {
+    return import(OpenFile{nb::cast<int>(source[0]), fileSystemBytes(source[1])});
+  }
+  Buffer const buffer(source);
+  return import(buffer.bytes());
+}
+
+void raiseReadError(std::exception_ptr const& thrown, void* /*unused*/) {
+  try {
+    std::rethrow_exception(thrown);
+  } catch (OpenStreetMap::ReadError const& error) {
+    auto const file = nb::steal(PyUnicode_DecodeFSDefaultAndSize(
+        error.file().data(), static_cast<Py_ssize_t>(error.file().size())));
+    nb::object const type = nb::module_::import_("osm2roadnet.errors").attr("ReadError");
+    nb::object const raised = type(file, error.place(), error.reason());
+    PyErr_SetObject(type.ptr(), raised.ptr());
+  }
+}
+
+}  // namespace
+
+NB_MODULE(_core, module) {
+  nb::set_leak_warnings(false);  // a network that a module holds until the end is no leak
+  nb::register_exception_translator(raiseReadError);
+  nb::module_::import_("atexit").attr("register")(
+      nb::cpp_function([] { Import::leaveAllToTheSystem(); }));
+
+  nb::class_<Import>(module, "Import")
+      .def_ro("nodes", &Import::nodes)
+      .def_ro("roads", &Import::roads)
+      .def_ro("texts", &Import::texts)
+      .def_ro("lines", &Import::lines)
+      .def_ro("ways", &Import::ways)
+      .def_prop_ro("limits", &Import::limits)
+      .def_prop_ro("reference", &Import::reference)
+      .def_prop_ro("counts", &Import::counts)
+      .def_prop_ro("restrictions", &Import::restrictions)
+      .def("lengths", &Import::lengths)
+      .def(
+          "report",
+          [](Import& import, nb::object const& progress) { return import.report(Watch(progress)); },
+          nb::arg("progress") = nb::none())
+      .def(
+          "write",
+          [](Import& import, nb::str const& path, std::string const& format, bool overwrite,
+             nb::object const& progress) {
+            import.write(fileSystemBytes(path), format, overwrite, Watch(progress));
+          },
+          nb::arg("path"), nb::arg("format"), nb::arg("overwrite") = false,
+          nb::arg("progress") = nb::none());
+  module.def("read", readSource, nb::arg("source"), nb::arg("join") = "compatible",
+             nb::arg("oneway") = "implied", nb::arg("tags") = nb::none(), nb::arg("threads") = 0,
+             nb::arg("progress") = nb::none(), nb::rv_policy::take_ownership);
+}
