@@ -40,7 +40,7 @@ void PageBlocks::bytes(std::string_view id, std::string_view content) {
   block(id, "", content);
 }
 
-void PageBlocks::column(std::string_view id, IntegerColumn const& column) {
+void PageBlocks::column(std::string_view id, PageIntegers const& column) {
   NumberText const bytesPerValue(column.bytesPerValue());
   NumberText const size(column.size());
   block(id,
@@ -48,7 +48,7 @@ void PageBlocks::column(std::string_view id, IntegerColumn const& column) {
         column.bytes());
 }
 
-void PageBlocks::column(std::string_view id, DecimalColumn const& column) {
+void PageBlocks::column(std::string_view id, PageDecimals const& column) {
   std::string const name(id);
   this->column(id, column.scaled());
   if (column.exceptionPlaces().size() == 0) return;
@@ -56,12 +56,12 @@ void PageBlocks::column(std::string_view id, DecimalColumn const& column) {
   this->column(name + ".exceptionBits", column.exceptionBits());
 }
 
-void PageBlocks::column(std::string_view id, TextColumn const& column) {
+void PageBlocks::column(std::string_view id, PageTexts const& column) {
   this->column(id, column.numbers());
   bytes(std::string(id) + ".texts", column.texts());
 }
 
-void PageBlocks::column(std::string_view id, ListColumn const& column) {
+void PageBlocks::column(std::string_view id, PageLists const& column) {
   this->column(std::string(id) + ".sizes", column.sizes);
   this->column(id, column.values);
 }

@@ -23,11 +23,11 @@ class PageBlocks {
 
   void bytes(std::string_view id, std::string_view content);
   /// With `data-bytes`, how many there are of each value.
-  void column(std::string_view id, IntegerColumn const& column);
+  void column(std::string_view id, PageIntegers const& column);
   /// As two or three more columns, see there.
-  void column(std::string_view id, DecimalColumn const& column);
-  void column(std::string_view id, TextColumn const& column);
-  void column(std::string_view id, ListColumn const& column);
+  void column(std::string_view id, PageDecimals const& column);
+  void column(std::string_view id, PageTexts const& column);
+  void column(std::string_view id, PageLists const& column);
 
  private:
   void block(std::string_view id, std::string_view attributes, std::string_view content);

@@ -1,7 +1,6 @@
 // Columns of numbers and texts, small enough to stand in a page.
 #pragma once
 
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -10,10 +9,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "support/TextHash.hpp"
+
 /// Whole numbers of 64 bits. Kept are the differences from each to the next, with the sign as the
 /// lowest bit, and of these first all lowest bytes, then all second ones, and so on: what
 /// compresses is then apart from what does not, and nothing takes more than it needs.
-class IntegerColumn {
+class PageIntegers {
  public:
   void add(std::int64_t value) {
     // Without overflow: the difference of any two numbers is right modulo 2^64.
@@ -40,7 +41,7 @@ class IntegerColumn {
 
 /// Numbers of a few decimals: whole numbers of 1e-7, which coordinates in OSM are, and beside them,
 /// bit for bit, those numbers that are none.
-class DecimalColumn {
+class PageDecimals {
  public:
   static constexpr double scale = 1e7;
 
@@ -48,40 +49,40 @@ class DecimalColumn {
   /// The next difference is from this one.
   void continueFrom(double value) noexcept { scaled_.continueFrom(nearest(value)); }
 
-  IntegerColumn const& scaled() const noexcept { return scaled_; }
-  IntegerColumn const& exceptionPlaces() const noexcept { return exceptionPlaces_; }
-  IntegerColumn const& exceptionBits() const noexcept { return exceptionBits_; }
+  PageIntegers const& scaled() const noexcept { return scaled_; }
+  PageIntegers const& exceptionPlaces() const noexcept { return exceptionPlaces_; }
+  PageIntegers const& exceptionBits() const noexcept { return exceptionBits_; }
 
  private:
   static std::int64_t nearest(double value) noexcept {
     return std::abs(value) < 1e9 ? std::llround(value * scale) : 0;
   }
 
-  IntegerColumn scaled_;
-  IntegerColumn exceptionPlaces_;
-  IntegerColumn exceptionBits_;
+  PageIntegers scaled_;
+  PageIntegers exceptionPlaces_;
+  PageIntegers exceptionBits_;
 };
 
 /// Texts, of which many are the same: the different ones, and which of them each is.
-class TextColumn {
+class PageTexts {
  public:
   /// Without U+0000.
   void add(std::string_view text);
 
-  IntegerColumn const& numbers() const noexcept { return numbers_; }
+  PageIntegers const& numbers() const noexcept { return numbers_; }
   /// In the order in which they came, with U+0000 behind each.
   std::string const& texts() const noexcept { return texts_; }
 
  private:
-  IntegerColumn numbers_;
+  PageIntegers numbers_;
   std::string texts_;
-  std::unordered_map<std::string, std::int64_t> known_;
+  std::unordered_map<std::string, std::int64_t, support::TextHash> known_;
 };
 
 /// Lists of whole numbers.
-struct ListColumn {
-  IntegerColumn sizes;
-  IntegerColumn values;
+struct PageLists {
+  PageIntegers sizes;
+  PageIntegers values;
 
   template <class Values>
   void add(Values const& list) {

@@ -115,10 +115,10 @@ class PageWriter {
   }
 
   void nodes() {
-    IntegerColumn ids;
-    DecimalColumn latitudes;
-    DecimalColumn longitudes;
-    DecimalColumn elevations;
+    PageIntegers ids;
+    PageDecimals latitudes;
+    PageDecimals longitudes;
+    PageDecimals elevations;
     nodeIds_.reserve(importer_.roadNetwork->getNodes().size());
     walk_.forEachNode([&](Node const& node) {
       NodeRow const row = nodeRow(node);
@@ -136,18 +136,18 @@ class PageWriter {
 
   // One walk fills all columns: a road takes some tens of bytes in them.
   void roads() {
-    IntegerColumn ids;
-    IntegerColumn ends;
-    IntegerColumn directions;
-    IntegerColumn pieces;
-    TextColumn names;
-    TextColumn highways;
-    std::vector<TextColumn> tags(importer_.options.tags.size());
-    ListColumn ways;
-    IntegerColumn sizes;
-    DecimalColumn latitudes;
-    DecimalColumn longitudes;
-    DecimalColumn elevations;
+    PageIntegers ids;
+    PageIntegers ends;
+    PageIntegers directions;
+    PageIntegers pieces;
+    PageTexts names;
+    PageTexts highways;
+    std::vector<PageTexts> tags(importer_.options.tags.size());
+    PageLists ways;
+    PageIntegers sizes;
+    PageDecimals latitudes;
+    PageDecimals longitudes;
+    PageDecimals elevations;
     RoadRows const rows(importer_);
     roadIds_.reserve(importer_.roadNetwork->getRoads().size());
     walk_.forEachRoad([&](Road const& road) {
@@ -190,13 +190,13 @@ class PageWriter {
   }
 
   void restrictions() {
-    TextColumn kinds;
-    TextColumn vehicles;
-    TextColumn conditions;
-    TextColumn excepts;
-    ListColumn roads;  // the one from which, those via, the one to which
-    ListColumn nodes;
-    IntegerColumn relations;
+    PageTexts kinds;
+    PageTexts vehicles;
+    PageTexts conditions;
+    PageTexts excepts;
+    PageLists roads;  // the one from which, those via, the one to which
+    PageLists nodes;
+    PageIntegers relations;
     forEachRestriction(importer_, [&](RestrictionRow const& row) {
       TurnRestriction const& restriction = row.restriction;
       kinds.add(row.kind);
@@ -220,15 +220,15 @@ class PageWriter {
   }
 
   void findings() {
-    IntegerColumn kinds;
-    IntegerColumn severities;
+    PageIntegers kinds;
+    PageIntegers severities;
     std::string texts;
-    ListColumn ways;
-    ListColumn nodes;
-    ListColumn roads;
-    ListColumn parts;  // how many points each line has; one part of one point for each point
-    DecimalColumn latitudes;
-    DecimalColumn longitudes;
+    PageLists ways;
+    PageLists nodes;
+    PageLists roads;
+    PageLists parts;  // how many points each line has; one part of one point for each point
+    PageDecimals latitudes;
+    PageDecimals longitudes;
     support::Steps steps(importer_.progress(), support::Stage::writingReport, report_.toCheck());
     for (auto const& ofKind : report_.findings) {
       for (Finding const& finding : ofKind) {

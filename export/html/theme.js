@@ -48,7 +48,7 @@ const themes = {
              tertiary: "#5b6470", service: "#39414c", living_street: "#454a63", raceway: "#6a4652" },
     edges: { motorway: "#5f2a17", trunk: "#5a3418", primary: "#533e17", secondary: "#453b1c",
              tertiary: "#272d36" },
-    minor: "#4a535f", minorEdge: "#20262e", minorFar: "#3d4651", bridgeEdge: "#c7ced8",
+    minor: "#4a535f", minorEdge: "#20262e", minorFar: "#58636f", bridgeEdge: "#c7ced8",
     tunnel: "#2a313a", text: "#e6eaf0", halo: "#12161b", arrow: "#d5dbe3", node: "#b9c4d2",
     accent: "#6ea8ff", severities: ["#ff6b78", "#ffb04d", "#6cb0ff"], calm: "#4a535f",
     scale: ["#4a535f", "#3f7396", "#4f9fce", "#86c5ea", "#d2ecfa"],
