@@ -209,7 +209,9 @@ def meets(bounds, box):
     )
 
 
-@pytest.mark.parametrize("ending", ["gpkg", "fgb", "gmns", "graphml", "geojson", "ndjson", "json"])
+@pytest.mark.parametrize(
+    "ending", ["gpkg", "fgb", "gmns", "graphml", "geojson", "ndjson", "html", "json"]
+)
 def test_files_are_the_programs(ending, source, tmp_path, request):
     network = rn.read(source)
     ours, theirs = tmp_path / f"ours.{ending}", tmp_path / f"theirs.{ending}"
@@ -286,6 +288,18 @@ def test_pictures(network):
     paths = "".join(path.get("d", "") for path in ElementTree.fromstring(picture).iter())
     assert paths.count("M") == min(len(network), 2000)
     assert "traps" in network.report._repr_html_()
+
+
+def test_the_map_page_opens_and_shows_itself(town, tmp_path, monkeypatch):
+    opened = []
+    monkeypatch.setattr("webbrowser.open", opened.append)
+    page = town.explore()
+    assert opened == [page.path.as_uri()] and page.path.name == "harbour-town.osm.html"
+    town.explore(tmp_path / "town.html", show=False)
+    assert len(opened) == 1 and (tmp_path / "town.html").read_bytes() == page.path.read_bytes()
+    shown = ElementTree.fromstring(page._repr_html_())
+    assert shown.get("srcdoc") == page.path.read_text(encoding="utf-8")
+    shutil.rmtree(page.path.parent)
 
 
 @pytest.mark.parametrize(
