@@ -2,6 +2,7 @@
 
 import json
 import math
+import shutil
 import sys
 import xml.etree.ElementTree as ElementTree
 
