@@ -2,9 +2,10 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
-#include <string>
+#include <optional>
+
+#include "support/Progress.hpp"
 
 /// One line on standard error that is written over again and again, and wiped in the end. Says
 /// nothing unless `enabled` and standard error is a terminal, nor in the first half second.
@@ -15,17 +16,15 @@ class ProgressLine {
   ProgressLine& operator=(ProgressLine const&) = delete;
   ~ProgressLine() { wipe(); }
 
-  void reading(std::uint64_t bytesRead, std::uint64_t fileSize);  ///< see OpenStreetMap::Progress
-  void writing(std::size_t done, std::size_t total);
+  void show(support::Stage stage, std::uint64_t done, std::uint64_t total);  ///< a Progress
   void wipe();
 
  private:
   using Clock = std::chrono::steady_clock;
 
   bool isDue();
-  void show(std::string const& text);
 
   bool enabled_;
-  bool shown_ = false;
+  std::optional<support::Stage> shown_;
   Clock::time_point next_;
 };

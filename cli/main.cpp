@@ -77,8 +77,8 @@ void import(Options const& options) {
 
   RoadNetworkImporter& importer = makeImporter(options.import);
   ProgressLine progress(!options.quiet);
-  importer.reader.setProgress([&](std::uint64_t bytesRead, std::uint64_t fileSize) {
-    progress.reading(bytesRead, fileSize);
+  importer.setProgress([&](support::Stage stage, std::uint64_t done, std::uint64_t total) {
+    progress.show(stage, done, total);
   });
   importer.reader.setPbfRunner(decodeInParallel(options.threads));
   openInput(options, importer.reader);
@@ -87,14 +87,11 @@ void import(Options const& options) {
   importer.run();
   time.finished("network");
 
-  if (output) {
-    output->write(importer,
-                  [&](std::size_t done, std::size_t total) { progress.writing(done, total); });
-  }
-  progress.wipe();
+  if (output) output->write(importer);
   ImportReport report;
   if (reportOutput || !options.quiet) report = reportOn(importer);
   if (reportOutput) reportOutput->write(report, importer);
+  progress.wipe();
   if (output) output->commit();
   if (reportOutput) reportOutput->commit();
   if (options.quiet) return;

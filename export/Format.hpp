@@ -16,10 +16,10 @@ class RoadNetworkImporter;
 struct Format {
   /// What it writes: a stream of bytes, which can go to standard output; or files by their names.
   struct Stream {
-    void (*write)(RoadNetworkImporter const&, BufferedFile&, Progress const&);
+    void (*write)(RoadNetworkImporter const&, BufferedFile&);
   };
   struct Files {
-    void (*write)(RoadNetworkImporter const&, OutputFolder const&, Progress const&);
+    void (*write)(RoadNetworkImporter const&, OutputFolder const&);
     std::vector<std::string_view> names;
     OutputFolder::Result result;
     /// Throws, with the output's name, when the format can't be written at all; null if it can.

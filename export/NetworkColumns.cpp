@@ -4,6 +4,7 @@
 #include <span>
 
 #include "export/NetworkRows.hpp"
+#include "export/NetworkWalk.hpp"
 #include "export/RestrictionRows.hpp"
 #include "export/tagColumns.hpp"
 #include "importer/RoadNetworkImporter.hpp"
@@ -39,9 +40,9 @@ void reserve(std::size_t rows, Columns&... columns) {
 
 }  // namespace
 
-NetworkColumns networkColumns(RoadNetworkImporter const& importer, Progress const& progress) {
+NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
   NetworkColumns columns;
-  NetworkWalk walk(importer.roadNetwork, progress);
+  NetworkWalk walk(importer, support::Stage::makingColumns);
 
   auto& nodes = columns.nodes;
   reserve(importer.roadNetwork->getNodes().size(), nodes.id, nodes.longitude, nodes.latitude,

@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "export/NetworkWalk.hpp"
 #include "export/TextColumn.hpp"
 #include "osm/records.hpp"
 
@@ -55,7 +54,7 @@ struct NetworkColumns {
 };
 
 /// Of an importer which must have run.
-NetworkColumns networkColumns(RoadNetworkImporter const& importer, Progress const& progress);
+NetworkColumns networkColumns(RoadNetworkImporter const& importer);
 
 /// The lengths of the roads in metres, see lineLength, from `offsets` and `values` of their lists.
 std::vector<double> roadLengths(std::span<std::int64_t const> offsets,

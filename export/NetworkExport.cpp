@@ -16,13 +16,12 @@ std::variant<OutputFile, OutputFolder> makeOutput(Format const& format, std::str
 NetworkExport::NetworkExport(Format const& format, std::string const& name, bool overwrite)
     : format_(format), output_(makeOutput(format, name, overwrite)) {}
 
-void NetworkExport::write(RoadNetworkImporter const& importer, Progress const& progress) {
+void NetworkExport::write(RoadNetworkImporter const& importer) {
   if (auto* const file = std::get_if<OutputFile>(&output_)) {
-    std::get<Format::Stream>(format_.output).write(importer, file->file(), progress);
+    std::get<Format::Stream>(format_.output).write(importer, file->file());
     file->complete();
   } else {
-    std::get<Format::Files>(format_.output)
-        .write(importer, std::get<OutputFolder>(output_), progress);
+    std::get<Format::Files>(format_.output).write(importer, std::get<OutputFolder>(output_));
   }
 }
 

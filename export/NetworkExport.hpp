@@ -20,7 +20,7 @@ class NetworkExport {
 
   /// The importer must have run. Writes element by element, and completes the output but for its
   /// name. Throws std::runtime_error.
-  void write(RoadNetworkImporter const& importer, Progress const& progress);
+  void write(RoadNetworkImporter const& importer);
   /// The output takes its name. Without this, what there was stays as it was.
   void commit();
 

@@ -3,53 +3,53 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
-#include <utility>
 #include <vector>
 
-#include "model/roadnetwork/RoadNetwork.hpp"
+#include "importer/RoadNetworkImporter.hpp"
 
-/// Called after each element that was written, with how many are done, of how many.
-using Progress = std::function<void(std::size_t done, std::size_t total)>;
+/// The network's roads, by ascending id.
+inline std::vector<velora::roadnetwork::Road const*> roadsById(
+    velora::roadnetwork::RoadNetworkImpl const& network, support::Steps& steps) {
+  using velora::roadnetwork::Road;
+  std::vector<Road const*> roads;
+  roads.reserve(network.getRoads().size());
+  for (Road const& road : network.getRoads()) roads.push_back(&road);
+  std::sort(roads.begin(), roads.end(), steps.polling([](Road const* a, Road const* b) {
+    return (*a)->getID() < (*b)->getID();
+  }));
+  return roads;
+}
 
-/// Goes through a network's nodes and roads by ascending id and tells how far it has come.
+/// Goes through a network's nodes and roads by ascending id, each of them once, as one stage.
 class NetworkWalk {
  public:
   using Node = velora::roadnetwork::Node;
   using Road = velora::roadnetwork::Road;
 
-  NetworkWalk(velora::roadnetwork::RoadNetwork const& network, Progress progress)
-      : network_(network),
-        progress_(std::move(progress)),
-        total_(network->getNodes().size() + network->getRoads().size()) {}
+  /// The importer must have run.
+  explicit NetworkWalk(RoadNetworkImporter const& importer,
+                       support::Stage stage = support::Stage::writing)
+      : network_(importer.roadNetwork),
+        steps_(importer.progress(), stage,
+               network_->getNodes().size() + network_->getRoads().size()) {}
 
   template <class Action>
   void forEachNode(Action const& action) {
     for (auto const& [id, node] : network_->getNodes()) {
       action(node);
-      step();
+      steps_.step();
     }
   }
 
   template <class Action>
   void forEachRoad(Action const& action) {
-    std::vector<Road> roads = network_->getRoads();
-    std::sort(roads.begin(), roads.end(),
-              [](Road const& a, Road const& b) { return a->getID() < b->getID(); });
-    for (Road const& road : roads) {
-      action(road);
-      step();
+    for (Road const* const road : roadsById(*network_.get(), steps_)) {
+      action(*road);
+      steps_.step();
     }
   }
 
  private:
-  void step() {
-    ++done_;
-    if (progress_) progress_(done_, total_);
-  }
-
   velora::roadnetwork::RoadNetwork const& network_;
-  Progress progress_;
-  std::size_t done_ = 0;
-  std::size_t total_;
+  support::Steps steps_;
 };

@@ -31,7 +31,11 @@ void writeGeometry(JsonWriter& json, ReportRow const& row);
 template <class Action>
 void forEachRow(ImportReport const& report, RoadNetworkImporter const& importer,
                 Action const& action) {
+  support::Steps steps(importer.progress(), support::Stage::writingReport, report.toCheck());
   for (auto const& findings : report.findings) {
-    for (Finding const& finding : findings) action(reportRow(finding, importer));
+    for (Finding const& finding : findings) {
+      action(reportRow(finding, importer));
+      steps.step();
+    }
   }
 }

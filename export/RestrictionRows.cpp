@@ -8,6 +8,8 @@ void forEachRestriction(RoadNetworkImporter const& importer,
                         std::function<void(RestrictionRow const&)> const& action) {
   TurnRestrictions const restrictions = mapRestrictions(importer);
   auto const& nodes = importer.roadNetwork->getNodes();
+  support::Steps steps(importer.progress(), support::Stage::writingRestrictions,
+                       restrictions.mapped.size());
   for (TurnRestriction const& restriction : restrictions.mapped) {
     RestrictionRule const& rule = *restriction.rule;
     auto const node = nodes.find(OpenStreetMap::modelId(restriction.viaNodes.front()));
@@ -15,5 +17,6 @@ void forEachRestriction(RoadNetworkImporter const& importer,
     action({restriction, exchangeable(rule.kind), exchangeable(rule.vehicles),
             exchangeable(rule.condition), exchangeable(rule.except), place.longitude,
             place.latitude, place.elevation});
+    steps.step();
   }
 }

@@ -16,9 +16,9 @@ std::string gdalPath(OutputFolder const& folder, std::string_view file);
 /// GDAL's messages name no file, or one by the name that it has only while it is unfinished: puts
 /// the output's name into the text of a std::runtime_error of `action`.
 template <class Action>
-void namingOutput(std::string const& output, Action const& action) {
+auto namingOutput(std::string const& output, Action const& action) {
   try {
-    action();
+    return action();
   } catch (std::runtime_error const& error) {
     throw std::runtime_error(output + ": can't write: " + error.what());
   }

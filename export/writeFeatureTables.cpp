@@ -18,17 +18,19 @@ OpenFeatureTables* loadTables() {
 }
 
 void write(RoadNetworkImporter const& importer, char const* driver, TablePaths const& paths,
-           OutputFolder const& folder, Progress const& progress) {
-  namingOutput(folder.name(), [&] {
-    std::unique_ptr<FeatureTables> const tables(
+           OutputFolder const& folder) {
+  auto const naming = [&](auto const& action) { return namingOutput(folder.name(), action); };
+  auto const tables = naming([&] {
+    return std::unique_ptr<FeatureTables>(
         loadTables()(driver, paths, tagColumns(importer.options.tags)));
-    NetworkWalk walk(importer.roadNetwork, progress);
-    walk.forEachNode([&](Node const& node) { tables->add(nodeRow(node)); });
-    RoadRows const rows(importer);
-    walk.forEachRoad([&](Road const& road) { tables->add(rows(road)); });
-    forEachRestriction(importer, [&](RestrictionRow const& row) { tables->add(row); });
-    tables->finish();
   });
+  auto const add = [&](auto const& row) { naming([&] { tables->add(row); }); };
+  NetworkWalk walk(importer);
+  walk.forEachNode([&](Node const& node) { add(nodeRow(node)); });
+  RoadRows const rows(importer);
+  walk.forEachRoad([&](Road const& road) { add(rows(road)); });
+  forEachRestriction(importer, add);
+  naming([&] { tables->finish(); });
 }
 
 }  // namespace
@@ -37,16 +39,14 @@ void requireGdal(std::string const& output) {
   namingOutput(output, loadTables);
 }
 
-void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& folder,
-                     Progress const& progress) {
+void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& folder) {
   std::string const path = gdalPath(folder, geoPackageFile);
-  write(importer, "GPKG", {path, path, path}, folder, progress);
+  write(importer, "GPKG", {path, path, path}, folder);
 }
 
-void writeFlatGeobuf(RoadNetworkImporter const& importer, OutputFolder const& folder,
-                     Progress const& progress) {
+void writeFlatGeobuf(RoadNetworkImporter const& importer, OutputFolder const& folder) {
   write(importer, "FlatGeobuf",
         {gdalPath(folder, flatGeobufNodes), gdalPath(folder, flatGeobufRoads),
          gdalPath(folder, flatGeobufRestrictions)},
-        folder, progress);
+        folder);
 }

@@ -16,13 +16,11 @@ void requireGdal(std::string const& output);
 /// 84 (EPSG:4326). An elevation that is not finite stays so; a name that is empty is null.
 /// GeoPackage (https://www.geopackage.org): one file with all.
 inline constexpr std::string_view geoPackageFile = "network.gpkg";
-void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& folder,
-                     Progress const& progress);
+void writeGeoPackage(RoadNetworkImporter const& importer, OutputFolder const& folder);
 
 /// FlatGeobuf (https://flatgeobuf.org): a file each, as it has one layer a file. GDAL opens the
 /// folder as one.
 inline constexpr std::string_view flatGeobufNodes = "nodes.fgb";
 inline constexpr std::string_view flatGeobufRoads = "roads.fgb";
 inline constexpr std::string_view flatGeobufRestrictions = "restrictions.fgb";
-void writeFlatGeobuf(RoadNetworkImporter const& importer, OutputFolder const& folder,
-                     Progress const& progress);
+void writeFlatGeobuf(RoadNetworkImporter const& importer, OutputFolder const& folder);

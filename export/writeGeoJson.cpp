@@ -27,11 +27,11 @@ std::vector<GeoLine> linesOf(RoadRow const& road) {
 
 class GeoJsonWriter {
  public:
-  GeoJsonWriter(RoadNetworkImporter const& importer, BufferedFile& file, Progress const& progress)
+  GeoJsonWriter(RoadNetworkImporter const& importer, BufferedFile& file)
       : importer_(importer),
         tagColumns_(tagColumns(importer.options.tags)),
         json_(file),
-        walk_(importer.roadNetwork, progress) {}
+        walk_(importer) {}
 
   void collection() {
     beginFeatureCollection(json_);
@@ -121,12 +121,10 @@ class GeoJsonWriter {
 
 }  // namespace
 
-void writeGeoJson(RoadNetworkImporter const& importer, BufferedFile& file,
-                  Progress const& progress) {
-  GeoJsonWriter(importer, file, progress).collection();
+void writeGeoJson(RoadNetworkImporter const& importer, BufferedFile& file) {
+  GeoJsonWriter(importer, file).collection();
 }
 
-void writeGeoJsonLines(RoadNetworkImporter const& importer, BufferedFile& file,
-                       Progress const& progress) {
-  GeoJsonWriter(importer, file, progress).lines();
+void writeGeoJsonLines(RoadNetworkImporter const& importer, BufferedFile& file) {
+  GeoJsonWriter(importer, file).lines();
 }

@@ -10,9 +10,7 @@ class RoadNetworkImporter;
 /// line. Positions are longitude, latitude in degrees on WGS 84 and, unless one of the feature's is
 /// not finite, elevation in metres. A road that crosses the antimeridian is a MultiLineString, cut
 /// there (section 3.1.9).
-void writeGeoJson(RoadNetworkImporter const& importer, BufferedFile& file,
-                  Progress const& progress);
+void writeGeoJson(RoadNetworkImporter const& importer, BufferedFile& file);
 
 /// The same Features without a collection around them: newline-delimited GeoJSON.
-void writeGeoJsonLines(RoadNetworkImporter const& importer, BufferedFile& file,
-                       Progress const& progress);
+void writeGeoJsonLines(RoadNetworkImporter const& importer, BufferedFile& file);

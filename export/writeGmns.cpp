@@ -122,9 +122,8 @@ std::vector<std::string> gmnsTags() {
           "bicycle"};
 }
 
-void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder,
-               Progress const& progress) {
-  NetworkWalk walk(importer.roadNetwork, progress);
+void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder) {
+  NetworkWalk walk(importer);
 
   BufferedFile config = folder.make(gmnsConfig);
   line(config, "dataset_name", "short_length", "long_length", "speed", "crs",

@@ -27,5 +27,4 @@ std::vector<std::string> gmnsTags();
 /// what these are. Where a road has pieces that differ, the lowest counts, and what all of them
 /// allow; a number that one of them does not tell is unknown. Empty fields are unknown, and NaN in
 /// z_coord, as GMNS has it there.
-void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder,
-               Progress const& progress);
+void writeGmns(RoadNetworkImporter const& importer, OutputFolder const& folder);

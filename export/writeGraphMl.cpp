@@ -111,7 +111,7 @@ class GraphMlWriter {
     }
   }
 
-  void write(Progress const& progress) {
+  void write() {
     file_.write(
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<graphml xmlns=\"http://graphml.graphdrawing.org/xmlns\">\n");
@@ -122,7 +122,7 @@ class GraphMlWriter {
     data("license", license);
     data("crs", coordinateReferenceSystem);
     writeRestrictions();
-    NetworkWalk walk(importer_.roadNetwork, progress);
+    NetworkWalk walk(importer_);
     walk.forEachNode([&](Node const& node) {
       writeNode(nodeRow(node), node->getIncomingRoads().size() + node->getOutgoingRoads().size());
     });
@@ -212,7 +212,6 @@ class GraphMlWriter {
 
 }  // namespace
 
-void writeGraphMl(RoadNetworkImporter const& importer, BufferedFile& file,
-                  Progress const& progress) {
-  GraphMlWriter(importer, file).write(progress);
+void writeGraphMl(RoadNetworkImporter const& importer, BufferedFile& file) {
+  GraphMlWriter(importer, file).write();
 }

@@ -13,5 +13,4 @@ class RoadNetworkImporter;
 /// has them: osmid is a way's id, or "[1, 2]" for more; oneway and reversed (against the direction
 /// of the road's first way, on two-way roads) are "True" or "False". What is empty or not finite is
 /// left out. Characters that XML can't hold become U+FFFD.
-void writeGraphMl(RoadNetworkImporter const& importer, BufferedFile& file,
-                  Progress const& progress);
+void writeGraphMl(RoadNetworkImporter const& importer, BufferedFile& file);

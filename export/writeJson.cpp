@@ -52,9 +52,9 @@ void writeRoad(JsonWriter& json, Road const& road) {
 
 }  // namespace
 
-void writeJson(RoadNetworkImporter const& importer, BufferedFile& file, Progress const& progress) {
+void writeJson(RoadNetworkImporter const& importer, BufferedFile& file) {
   JsonWriter json(file);
-  NetworkWalk walk(importer.roadNetwork, progress);
+  NetworkWalk walk(importer);
   auto const& origin = importer.roadNetwork->getGeoReference();
   json.beginObject();
   json.member("limits").numbers(geographicLimits(importer));

@@ -19,37 +19,43 @@ namespace {
 
 class ReportWriter {
  public:
-  ReportWriter(RoadNetworkImporter const& importer, BufferedFile& output)
-      : importer_(importer), json_(output) {}
+  ReportWriter(ImportReport const& report, RoadNetworkImporter const& importer,
+               BufferedFile& output)
+      : report_(report),
+        importer_(importer),
+        steps_(importer.progress(), support::Stage::writingReport,
+               report.notImported() + report.toCheck() + importer.roadNetwork->getRoads().size()),
+        json_(output) {}
 
-  void write(ImportReport const& report) {
+  void write() {
     json_.beginObject();
-    json_.member("highwayWays").integer(report.highwayWays);
-    json_.member("imported").integer(report.importedWays);
+    json_.member("highwayWays").integer(report_.highwayWays);
+    json_.member("imported").integer(report_.importedWays);
     json_.memberLine("notImported").beginObject();
-    ways("notARoad", report.notARoad, "highway");
-    list("missingNodes", report.missingNodes, [&](auto const& entry) {
+    ways("notARoad", report_.notARoad, "highway");
+    list("missingNodes", report_.missingNodes, [&](auto const& entry) {
       json_.member("way").integer(entry.way->id);
       json_.member("missing").integer(entry.count);
       json_.member("first").integers(entry.first);
       place(*entry.way);
     });
-    ways("fewerThanTwoNodes", report.fewerThanTwoNodes, "highway");
+    ways("fewerThanTwoNodes", report_.fewerThanTwoNodes, "highway");
     json_.endObject();
     json_.memberLine("toCheck").beginObject();
     for (std::size_t kind = 0; kind < Finding::kinds; ++kind) {
-      list(describe(static_cast<Finding::Kind>(kind)).name, report.findings[kind],
+      list(describe(static_cast<Finding::Kind>(kind)).name, report_.findings[kind],
            [&](Finding const& finding) { toCheck(finding); });
     }
     json_.endObject();
-    json_.memberLine("crossingsAreAll").boolean(report.crossingsAreAll);
+    json_.memberLine("crossingsAreAll").boolean(report_.crossingsAreAll);
     json_.memberLine("roads").beginList();
-    NetworkWalk(importer_.roadNetwork, {}).forEachRoad([&](Road const& road) {
+    for (Road const* const road : roadsById(*importer_.roadNetwork.get(), steps_)) {
       json_.itemLine().beginObject();
-      json_.member("road").reference(road);
-      json_.member("ways").integers(wayIdsOf(road, importer_));
+      json_.member("road").reference(*road);
+      json_.member("ways").integers(wayIdsOf(*road, importer_));
       json_.endObject();
-    });
+      steps_.step();
+    }
     json_.endList();
     json_.endObject();
     json_.endLine();
@@ -63,6 +69,7 @@ class ReportWriter {
       json_.itemLine().beginObject();
       writeMembers(entry);
       json_.endObject();
+      steps_.step();
     }
     json_.endList();
   }
@@ -130,7 +137,9 @@ class ReportWriter {
     found == way.tags.end() ? json_.null() : json_.text(found->second);
   }
 
+  ImportReport const& report_;
   RoadNetworkImporter const& importer_;
+  support::Steps steps_;
   JsonWriter json_;
 };
 
@@ -138,5 +147,5 @@ class ReportWriter {
 
 void writeReport(ImportReport const& report, RoadNetworkImporter const& importer,
                  BufferedFile& output) {
-  ReportWriter(importer, output).write(report);
+  ReportWriter(report, importer, output).write();
 }

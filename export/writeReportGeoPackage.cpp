@@ -6,10 +6,11 @@
 
 void writeReportGeoPackage(ImportReport const& report, RoadNetworkImporter const& importer,
                            OutputFolder const& folder) {
-  namingOutput(folder.name(), [&] {
+  auto const naming = [&](auto const& action) { return namingOutput(folder.name(), action); };
+  auto const tables = naming([&] {
     auto* const open = reinterpret_cast<OpenReportTables*>(loadGdalFunction("openReportTables"));
-    std::unique_ptr<ReportTables> const tables(open(gdalPath(folder, reportGeoPackage).c_str()));
-    forEachRow(report, importer, [&](ReportRow const& row) { tables->add(row); });
-    tables->finish();
+    return std::unique_ptr<ReportTables>(open(gdalPath(folder, reportGeoPackage).c_str()));
   });
+  forEachRow(report, importer, [&](ReportRow const& row) { naming([&] { tables->add(row); }); });
+  naming([&] { tables->finish(); });
 }

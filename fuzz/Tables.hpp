@@ -40,7 +40,7 @@ struct Tables {
   /// The same for what `roads` put into these tables, and has still to give, of a file that `all`
   /// holds.
   void checkKept(OpenStreetMap::WayFiller& roads, Tables const& all) const {
-    auto const wayNodes = roads.takeNodes();
+    auto const wayNodes = roads.takeNodes({});
     require(isSame(roads.latitudeLimits(), all.filler.latitudeLimits()));
     require(isSame(roads.longitudeLimits(), all.filler.longitudeLimits()));
     require(roads.counts().nodes == all.nodes.size() && roads.counts().ways == all.ways.size());

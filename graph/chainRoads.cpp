@@ -18,6 +18,8 @@
 #include "support/ModelId.hpp"
 
 using support::ModelId;
+using support::Stage;
+using support::Steps;
 using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
 using velora::roadnetwork::RoadImpl;
@@ -36,9 +38,10 @@ bool isPassThrough(RoadNetwork const& network, Node const& node) {
 std::vector<Node> collectCandidates(RoadNetworkImporter const& importer) {
   RoadNetwork const& network = importer.roadNetwork;
   MayJoin const mayJoin(importer);
+  support::Steps steps(importer.progress(), Stage::findingJoins, network->getNodes().size());
   std::vector<Node> candidates;
   candidates.reserve(network->getNodes().size());
-  forEachNode(*network.get(), [&](Node const& node) {
+  forEachNode(*network.get(), steps, [&](Node const& node) {
     if (isPassThrough(network, node) && mayJoin(node)) candidates.push_back(node);
   });
   return candidates;
@@ -126,19 +129,21 @@ class ChainPlan {
   }
 
   // Makes all that is to be put into the network, and room for it.
-  void prepare() {
+  void prepare(Steps& steps) {
     for (std::size_t i = 0; i < roads_.size(); ++i) {
       if (parents_[i] == i && chains_[i].name) prepareChain(i);
+      steps.step();
     }
     importer_.roadPieces.sort();
     // In this order each Node's collections end up as if the joins were made one after the other.
     std::sort(moves_.begin(), moves_.end(),
-              [](Move const& a, Move const& b) { return a.join < b.join; });
+              steps.polling([](Move const& a, Move const& b) { return a.join < b.join; }));
     for (Move const& move : moves_) {
       if (move.to) move.to->reserveRoads();
     }
     importer_.joins.reserve(joints_.size());
     for (auto const& [node, ends] : joints_) {
+      steps.step();
       auto const& one = ways_[ends[0].road];
       auto const& other = ways_[ends[1].road];
       if (!one || !other) continue;
@@ -149,10 +154,27 @@ class ChainPlan {
     }
   }
 
-  void carryOut() noexcept {
+  // Ended early, it leaves every road and Node that is still there as it was, or as it is to be.
+  void carryOut(Steps& steps) {
     for (std::size_t i = 0; i < roads_.size(); ++i) {
+      steps.step();
       if (parents_[i] != i) roads_[i]->destroy();
     }
+    growRoads();
+    for (Joint const& joint : joints_) {
+      steps.step();
+      joint.node->destroy();
+    }
+  }
+
+  // What `prepare` and `carryOut` are counted in.
+  std::size_t steps() const { return 2 * (roads_.size() + joints_.size()); }
+
+ private:
+  using Sequence = RoadImpl::Sequence;
+
+  // A road's Nodes and its line change together.
+  void growRoads() noexcept {
     for (Move const& move : moves_) {
       Road const& road = roads_[move.road];
       move.side == start ? road->setStartNode(move.to) : road->setEndNode(move.to);
@@ -163,11 +185,7 @@ class ChainPlan {
       road->setWeight(result.weight);
       road->setName(std::move(result.name));
     }
-    for (Joint const& joint : joints_) joint.node->destroy();
   }
-
- private:
-  using Sequence = RoadImpl::Sequence;
 
   struct Result {
     std::size_t road;
@@ -315,7 +333,12 @@ void chainRoads(RoadNetworkImporter& importer) {
   // Fixed before any join: a Node that would qualify only after one stays.
   std::vector<Node> const candidates = collectCandidates(importer);
   ChainPlan plan(importer, candidates.size());
-  for (Node const& node : candidates) plan.join(node);
-  plan.prepare();
-  plan.carryOut();
+  Steps planning(importer.progress(), Stage::planningJoins, candidates.size());
+  for (Node const& node : candidates) {
+    plan.join(node);
+    planning.step();
+  }
+  Steps joining(importer.progress(), Stage::joiningRoads, plan.steps());
+  plan.prepare(joining);
+  plan.carryOut(joining);
 }

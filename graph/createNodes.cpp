@@ -15,7 +15,7 @@ using support::ModelId;
 
 namespace {
 
-void findJunctions(RoadNetworkImporter& importer) {
+void findJunctions(RoadNetworkImporter& importer, support::Steps& steps) {
   auto const& nodes = importer.reader.wayNodes;
   importer.junctionNodeIds = JunctionNodes(nodes.size());
   auto& junctions = importer.junctionNodeIds;
@@ -29,6 +29,7 @@ void findJunctions(RoadNetworkImporter& importer) {
       if (isInterior[number]) junctions.insert(number);
       isInterior[number] = true;
     }
+    steps.step();
   }
 }
 
@@ -36,8 +37,10 @@ void findJunctions(RoadNetworkImporter& importer) {
 
 void createNodes(RoadNetworkImporter& importer) {
   importer.reader.populate(importer.reader.nodes);
-  findJunctions(importer);
   auto const& nodes = importer.reader.wayNodes;
+  support::Steps steps(importer.progress(), support::Stage::makingNodes,
+                       importer.selectedWays.size() + nodes.size());
+  findJunctions(importer, steps);
   auto const& junctions = importer.junctionNodeIds;
 
   std::vector<ModelId> ids;
@@ -47,6 +50,7 @@ void createNodes(RoadNetworkImporter& importer) {
   names.reserve(junctions.size());
   positions.reserve(3 * junctions.size());
   nodes.forEach([&](WayNodes::Number number, Id id) {
+    steps.step();
     if (!junctions.contains(number)) return;
     ids.push_back(modelId(id));
     names.push_back(support::decimal(id));

@@ -27,12 +27,13 @@ struct DestroyRoad {
 
 class RoadMaker {
  public:
-  explicit RoadMaker(RoadNetworkImporter& importer)
-      : importer_(importer), nodes_(importer.reader.wayNodes.size()) {
+  RoadMaker(RoadNetworkImporter& importer, support::Steps& steps)
+      : importer_(importer), steps_(steps), nodes_(importer.reader.wayNodes.size()) {
     // Both ascend by the nodes' ids, so no Node has to be looked up.
     auto node = importer.roadNetwork->getNodes().begin();
     auto const end = importer.roadNetwork->getNodes().end();
     importer.reader.wayNodes.forEach([&](WayNodes::Number number, Id id) {
+      steps.step();
       if (!importer.junctionNodeIds.contains(number)) return;
       while (node != end && node->first < modelId(id)) ++node;
       if (node != end && node->first == modelId(id)) nodes_[number] = node->second;
@@ -69,6 +70,7 @@ class RoadMaker {
   }
 
   void addRoad(std::size_t way, std::span<WayNodes::Number const> nodes) {
+    steps_.poll();
     importer_.roadWayIds.emplace(++lastId_, importer_.selectedWays[way]->id);
     Road const road = Road::create(importer_.model, boost::uuids::uuid{});
     std::unique_ptr<RoadImpl, DestroyRoad> unfinished(road.get());
@@ -92,6 +94,7 @@ class RoadMaker {
   }
 
   RoadNetworkImporter& importer_;
+  support::Steps& steps_;
   std::vector<Node> nodes_;  // by number; null but for junctions
   RoadWayIds::RoadId lastId_ = 0;
   std::vector<double> x_;
@@ -108,10 +111,13 @@ void createRoads(RoadNetworkImporter& importer) {
   }
   importer.roadWayIds.clear();
   importer.roadWayIds.reserve(ways);
-  RoadMaker maker(importer);
+  support::Steps steps(importer.progress(), support::Stage::makingRoads,
+                       importer.reader.wayNodes.size() + ways);
+  RoadMaker maker(importer, steps);
   for (std::size_t way = 0; way < ways; ++way) {
     maker.prefetch(way);
     maker.addRoads(way);
+    steps.step();
   }
   importer.wayNames = {};
   if (!importer.options.keepsNodes) importer.reader.wayNodes = {};

@@ -15,6 +15,7 @@
 #include "model/zero/Model.hpp"
 #include "model/zero/SharedText.hpp"
 #include "osm/Reader.hpp"
+#include "support/Progress.hpp"
 #include "tags/keys.hpp"
 
 /// One import: made on a model and a network, run once, asked for the limits, destroyed. It owns
@@ -36,9 +37,14 @@ class RoadNetworkImporter {
   RoadNetworkImporter(RoadNetworkImporter const&) = delete;
   RoadNetworkImporter& operator=(RoadNetworkImporter const&) = delete;
 
+  /// Whom the reader and every stage tell how far they have come, and then all that is made of the
+  /// import. It may be told that more than once.
+  void setProgress(support::Progress progress) { reader.setProgress(std::move(progress)); }
+  support::Progress const& progress() const noexcept { return reader.progress(); }
+
   /// Imports the file, whose name is UTF-8, into the network. Throws OpenStreetMap::ReadError for
   /// a file that can't be read, std::range_error for a name that is not UTF-8, and whatever the
-  /// model throws. What the stages had written by then stays in the network.
+  /// model or the progress throws. What the stages had written by then stays in the network.
   void run(std::string const& fileName);
   /// The same with the file that the reader has been given.
   void run();

@@ -5,14 +5,17 @@
 #include <cstddef>
 
 #include "model/roadnetwork/RoadNetwork.hpp"
+#include "support/Progress.hpp"
 
 /// An element's neighbours lie anywhere in memory, and waiting for them is most of what a walk
 /// costs. So they are asked for this many elements ahead.
 constexpr std::size_t walkAhead = 16;
 
-/// Calls `action` with each Node, in the order of their ids, when its roads are at hand.
+/// Calls `action` with each Node, in the order of their ids, when its roads are at hand. Each is a
+/// step.
 template <class Action>
-void forEachNode(velora::roadnetwork::RoadNetworkImpl const& network, Action const& action) {
+void forEachNode(velora::roadnetwork::RoadNetworkImpl const& network, support::Steps& steps,
+                 Action const& action) {
   std::array<velora::roadnetwork::Node const*, walkAhead> batch{};
   auto const& nodes = network.getNodes();
   for (auto next = nodes.begin(); next != nodes.end();) {
@@ -21,14 +24,18 @@ void forEachNode(velora::roadnetwork::RoadNetworkImpl const& network, Action con
       batch[count++] = &next->second;
       next->second->prefetchRoads();
     }
-    for (std::size_t i = 0; i < count; ++i) action(*batch[i]);
+    for (std::size_t i = 0; i < count; ++i) {
+      action(*batch[i]);
+      steps.step();
+    }
   }
 }
 
 /// Calls `action` with each road, in the order of the network's list, when its Nodes and its
-/// centre line are at hand.
+/// centre line are at hand. Each is a step.
 template <class Action>
-void forEachRoad(velora::roadnetwork::RoadNetworkImpl const& network, Action const& action) {
+void forEachRoad(velora::roadnetwork::RoadNetworkImpl const& network, support::Steps& steps,
+                 Action const& action) {
   auto const& roads = network.getRoads();
   for (std::size_t i = 0; i < roads.size(); ++i) {
     if (i + walkAhead < roads.size()) {
@@ -36,5 +43,6 @@ void forEachRoad(velora::roadnetwork::RoadNetworkImpl const& network, Action con
       roads[i + walkAhead]->prefetchCenters();
     }
     action(roads[i]);
+    steps.step();
   }
 }

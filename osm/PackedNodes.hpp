@@ -21,6 +21,8 @@ class PackedNodes {
   /// Whether each id is greater than the one before.
   bool isAscending() const noexcept { return isAscending_; }
 
+  std::size_t size() const noexcept { return size_; }
+
   /// Positions are in degrees and come back to the last bit.
   void add(Id id, double latitude, double longitude) {
     if (size_ % chunkSize == 0) chunks_.emplace_back();

@@ -1,5 +1,6 @@
 #include "osm/Reader.hpp"
 
+#include <exception>
 #include <stdexcept>
 #include <string>
 
@@ -12,6 +13,23 @@
 #include "osm/decode/decodeFile.hpp"
 
 namespace OpenStreetMap {
+namespace {
+
+using support::Progress;
+using support::Stage;
+
+Progress interrupting(Progress const& progress) {
+  if (!progress) return {};
+  return [&progress](Stage stage, std::uint64_t done, std::uint64_t total) {
+    try {
+      progress(stage, done, total);
+    } catch (...) {
+      throw Interruption{std::current_exception()};
+    }
+  };
+}
+
+}  // namespace
 
 Reader::Reader() : runPbf_(decodeOneByOne) {}
 
@@ -32,23 +50,27 @@ void Reader::setOpenFile(int descriptor, std::string const& name) {
 
 void Reader::readFile() {
   if (!file_) throw ReadError("OpenStreetMap::Reader", "", "no file has been set");
+  Progress const progress = interrupting(progress_);
   try {
     buffer_ = std::make_unique<RecordStorage>();
     if (selection_.isEverything()) {
       TableFiller filler(*buffer_, nodes, ways, relations);
-      decode(filler);
+      decode(filler, progress);
       nodes.makeIndex();
       counts_ = {nodes.size(), ways.size(), relations.size()};
       takeLimits(filler);
     } else {
       WayFiller filler(*buffer_, ways, relations, selection_);
-      decode(filler);
-      wayNodes = filler.takeNodes();
+      decode(filler, progress);
+      wayNodes = filler.takeNodes(progress);
       counts_ = filler.counts();
       takeLimits(filler);
     }
     ways.makeIndex();
     populated_ = true;
+  } catch (Interruption const& interruption) {
+    clear();
+    std::rethrow_exception(interruption.cause);
   } catch (DecodeError const& error) {
     std::string const name = file_->name;
     clear();
@@ -63,8 +85,10 @@ void Reader::readFile() {
   }
 }
 
-void Reader::decode(ElementSink& sink) {
-  FileSource source(*file_, progress_);
+void Reader::decode(ElementSink& sink, Progress const& progress) {
+  support::Steps steps(progress, Stage::reading, file_->size);
+  sink.setSteps(steps);
+  FileSource source(*file_, steps);
   decodeFile(source, file_->name, sink, runPbf_);
 }
 

@@ -10,11 +10,11 @@
 
 #include "osm/FileHandler.hpp"
 #include "osm/PbfRunner.hpp"
-#include "osm/Progress.hpp"
 #include "osm/RecordStorage.hpp"
 #include "osm/Selection.hpp"
 #include "osm/WayNodes.hpp"
 #include "osm/records.hpp"
+#include "support/Progress.hpp"
 
 namespace OpenStreetMap {
 
@@ -59,12 +59,14 @@ class Reader {
   /// Who decodes PBF files: on the caller's thread, unless something else is said.
   void setPbfRunner(PbfRunner runner) { runPbf_ = std::move(runner); }
 
-  void setProgress(Progress progress) { progress_ = std::move(progress); }
+  /// Whom to tell how far the reading has come, and all that follows it.
+  void setProgress(support::Progress progress) { progress_ = std::move(progress); }
+  support::Progress const& progress() const noexcept { return progress_; }
 
   /// Fills this reader's own tables, as far as they are selected; `table` is one of them. Pointers
   /// to records stay valid. Throws ReadError when the file is not what it should be, std::bad_alloc
-  /// when memory runs out: then the tables are empty and the file is closed, and the reader can be
-  /// given another one.
+  /// when memory runs out, and what the progress throws: then the tables are empty and the file is
+  /// closed, and the reader can be given another one.
   void populate(NodeTable& /*table*/) { readOnce(); }
   void populate(WayTable& /*table*/) { readOnce(); }
   void populate(RelationTable& /*table*/) { readOnce(); }
@@ -108,7 +110,7 @@ class Reader {
     if (!populated_) readFile();
   }
   void readFile();
-  void decode(ElementSink& sink);
+  void decode(ElementSink& sink, support::Progress const& progress);
   void takeLimits(ElementSink const& sink);
   void clear() noexcept;
 
@@ -117,7 +119,7 @@ class Reader {
   bool populated_ = false;
   Limits latitudeLimits_ = unknownLimits;
   Limits longitudeLimits_ = unknownLimits;
-  Progress progress_;
+  support::Progress progress_;
   PbfRunner runPbf_;
 };
 

@@ -9,10 +9,13 @@ using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
 
 // The Nodes know their roads, so that none of them has to be looked up by its id.
-RoadGraph::RoadGraph(velora::roadnetwork::RoadNetworkImpl const& network)
-    : roads(network.getRoads().size()) {
-  nodes.reserve(network.getNodes().size());
-  forEachNode(network, [&](Node const& node) {
+RoadGraph::RoadGraph(RoadNetworkImporter const& importer)
+    : roads(importer.roadNetwork->getRoads().size()) {
+  auto const& network = importer.roadNetwork;
+  std::size_t const count = network->getNodes().size();
+  support::Steps steps(importer.progress(), support::Stage::connecting, 2 * count + roads.size());
+  nodes.reserve(count);
+  forEachNode(*network.get(), steps, [&](Node const& node) {
     auto const number = static_cast<Number>(nodes.size());
     nodes.push_back(&node);
     for (Road const& road : node->getOutgoingRoads()) roads[road->getNetworkSlot()].start = number;
@@ -20,11 +23,15 @@ RoadGraph::RoadGraph(velora::roadnetwork::RoadNetworkImpl const& network)
   });
 
   DisjointSets connected(nodes.size());
-  for (Ends const& road : roads) connected.join(road.start, road.end);
+  for (Ends const& road : roads) {
+    connected.join(road.start, road.end);
+    steps.step();
+  }
   std::vector<Number> sizes(nodes.size());
   parts.reserve(nodes.size());
   for (Number node = 0; node < nodes.size(); ++node) {
     ++sizes[parts.emplace_back(connected.find(node))];
+    steps.step();
   }
   largestPart = static_cast<Number>(std::max_element(sizes.begin(), sizes.end()) - sizes.begin());
 }

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/roadnetwork/RoadNetwork.hpp"
+#include "importer/RoadNetworkImporter.hpp"
 
 /// Points into the network, which must outlive it.
 struct RoadGraph {
@@ -14,7 +14,7 @@ struct RoadGraph {
     Number end;
   };
 
-  explicit RoadGraph(velora::roadnetwork::RoadNetworkImpl const& network);
+  explicit RoadGraph(RoadNetworkImporter const& importer);
 
   std::vector<velora::roadnetwork::Node const*> nodes;  ///< by ascending id
   std::vector<Ends> roads;  ///< in the order of the network's list: the numbers of their Nodes

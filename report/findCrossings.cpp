@@ -78,7 +78,7 @@ void findCrossings(RoadNetworkImporter const& importer, RoadGraph const& graph,
                               elevationAt(*crossing.other, crossing.onOther));
     if (crossing.apart < lorry) crossings.push_back(crossing);
   };
-  report.crossingsAreAll = forEachLineCrossing(*importer.roadNetwork.get(), graph, add);
+  report.crossingsAreAll = forEachLineCrossing(importer, graph, add);
   // At a point of a line two of its segments cross the other, and there may be more finds of one.
   std::sort(crossings.begin(), crossings.end(), [](Crossing const& a, Crossing const& b) {
     return std::tuple_cat(a.place(), std::tuple(a.apart, a.onOne.segment, a.onOther.segment)) <

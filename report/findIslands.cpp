@@ -26,14 +26,18 @@ void findIslands(RoadNetworkImporter const& importer, RoadGraph const& graph,
   constexpr auto none = std::numeric_limits<std::size_t>::max();
   std::vector<Island> islands;
   std::vector<std::size_t> islandOf(graph.nodes.size(), none);  // by part
+  auto const& roads = importer.roadNetwork->getRoads();
+  support::Steps steps(importer.progress(), support::Stage::findingIslands,
+                       graph.parts.size() + roads.size());
   for (auto const part : graph.parts) {
+    steps.step();
     if (part == graph.largestPart) continue;
     if (islandOf[part] == none) islandOf[part] = islands.size();
     if (islandOf[part] == islands.size()) islands.emplace_back();
     ++islands[islandOf[part]].nodes;
   }
-  auto const& roads = importer.roadNetwork->getRoads();
   for (std::size_t i = 0; i < roads.size(); ++i) {
+    steps.step();
     auto const part = graph.parts[graph.roads[i].start];
     if (part == graph.largestPart) continue;
     Island& island = islands[islandOf[part]];
@@ -51,6 +55,7 @@ void findIslands(RoadNetworkImporter const& importer, RoadGraph const& graph,
                                 {"nodeCount", island.nodes}},
                     .metres = island.metres};
     for (Road const* const road : island.roads) {
+      steps.poll();
       addWaysOf(*road->get(), importer, finding);
       finding.stretches.push_back(
           {(*road)->getCentersX().values(), (*road)->getCentersY().values()});

@@ -44,7 +44,11 @@ void findLossyJoins(RoadNetworkImporter const& importer, ImportReport& report) {
   OneWays const oneWays = importer.options.oneWays;
   std::vector<RoadJoin const*> lossy;
   support::ModelIdMap<std::vector<OpenStreetMap::Id>> losers;  // the nodes, by road
+  auto const& roads = importer.roadNetwork->getRoads();
+  support::Steps steps(importer.progress(), support::Stage::checkingJoins,
+                       importer.joins.size() + roads.size());
   for (RoadJoin const& join : importer.joins) {
+    steps.step();
     Way const& one = importer.reader.ways.at(join.ways[0]);
     Way const& other = importer.reader.ways.at(join.ways[1]);
     if (nameOf(one) != nameOf(other)) lossy.push_back(&join);
@@ -54,10 +58,11 @@ void findLossyJoins(RoadNetworkImporter const& importer, ImportReport& report) {
     }
     losers.try_emplace(join.road).first.value().push_back(join.node);
   }
-  std::sort(lossy.begin(), lossy.end(), [](RoadJoin const* a, RoadJoin const* b) {
+  std::sort(lossy.begin(), lossy.end(), steps.polling([](RoadJoin const* a, RoadJoin const* b) {
     return std::pair(a->road, a->node) < std::pair(b->road, b->node);
-  });
+  }));
   for (RoadJoin const* const join : lossy) {
+    steps.poll();
     Way const& one = importer.reader.ways.at(join->ways[0]);
     Way const& other = importer.reader.ways.at(join->ways[1]);
     bool const hasNone = nameOf(one).empty() || nameOf(other).empty();
@@ -68,9 +73,10 @@ void findLossyJoins(RoadNetworkImporter const& importer, ImportReport& report) {
                 .roads = {join->road},
                 .points = {*importer.reader.wayNodes.find(join->node)}});
   }
-  if (losers.empty()) return;
+  if (losers.empty()) return steps.finish();
   std::vector<Finding> dropped;
-  for (Road const& road : importer.roadNetwork->getRoads()) {
+  for (Road const& road : roads) {
+    steps.step();
     auto const found = losers.find(road->getID());
     if (found == losers.end()) continue;
     Finding finding{.kind = Finding::Kind::droppedDirections,

@@ -4,7 +4,10 @@
 
 void findOddTags(RoadNetworkImporter const& importer, ImportReport& report) {
   OneWays const oneWays = importer.options.oneWays;
+  support::Steps steps(importer.progress(), support::Stage::checkingTags,
+                       importer.selectedWays.size());
   for (OpenStreetMap::Way const* const way : importer.selectedWays) {
+    steps.step();
     auto const add = [&](Finding::Kind kind, Severity severity) {
       report.add({.kind = kind, .severity = severity, .ways = {way}});
     };

@@ -16,7 +16,10 @@ constexpr double steep = 0.15;
 
 void findSteepRoads(RoadNetworkImporter const& importer, ImportReport& report) {
   std::vector<Finding> found;
-  forEachRoad(*importer.roadNetwork.get(), [&](Road const& road) {
+  auto const& network = importer.roadNetwork;
+  support::Steps steps(importer.progress(), support::Stage::checkingSlopes,
+                       network->getRoads().size());
+  forEachRoad(*network.get(), steps, [&](Road const& road) {
     auto const elevations = road->getRoadSegments()[0]->getElevations().values();
     auto const latitudes = road->getCentersX().values();
     auto const longitudes = road->getCentersY().values();

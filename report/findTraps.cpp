@@ -21,12 +21,14 @@ struct OneWayGraph {
   std::vector<std::size_t> roads;  // of each edge
 };
 
-OneWayGraph contract(RoadNetworkImporter const& importer, RoadGraph const& graph) {
+OneWayGraph contract(RoadNetworkImporter const& importer, RoadGraph const& graph,
+                     support::Steps& steps) {
   OneWayGraph result;
   auto const& roads = importer.roadNetwork->getRoads();
   DisjointSets twoWay(graph.nodes.size());
   std::vector<std::size_t> oneWays;
   for (std::size_t i = 0; i < roads.size(); ++i) {
+    steps.step();
     auto const [start, end] = graph.roads[i];
     if (roads[i]->getDirection() == DirectionOfTravel::both) {
       twoWay.join(start, end);
@@ -36,6 +38,7 @@ OneWayGraph contract(RoadNetworkImporter const& importer, RoadGraph const& graph
   }
   result.vertices.resize(graph.nodes.size());
   for (Number node = 0; node < graph.nodes.size(); ++node) {
+    steps.step();
     Number const lowest = twoWay.find(node);
     result.vertices[node] =
         lowest == node ? static_cast<Number>(result.count++) : result.vertices[lowest];
@@ -58,18 +61,23 @@ std::string_view nameOfTrap(bool canLeave, bool canReach) {
 }  // namespace
 
 void findTraps(RoadNetworkImporter const& importer, RoadGraph const& graph, ImportReport& report) {
-  OneWayGraph const oneWays = contract(importer, graph);
-  if (oneWays.edges.empty()) return;
+  std::size_t const count = graph.nodes.size();
+  support::Steps steps(importer.progress(), support::Stage::findingTraps,
+                       graph.roads.size() + 4 * count);
+  OneWayGraph const oneWays = contract(importer, graph, steps);
+  if (oneWays.edges.empty()) return steps.finish();
   std::vector<Number> const components = strongComponents(oneWays.count, oneWays.edges);
   auto const componentOf = [&](Number node) { return components[oneWays.vertices[node]]; };
 
   std::vector<Number> sizes(oneWays.count);
-  for (Number node = 0; node < graph.nodes.size(); ++node) {
+  for (Number node = 0; node < count; ++node) {
+    steps.step();
     if (graph.parts[node] == graph.largestPart) ++sizes[componentOf(node)];
   }
   // Of components of one size, that with the lowest Node.
   Number largest = componentOf(graph.largestPart);
-  for (Number node = 0; node < graph.nodes.size(); ++node) {
+  for (Number node = 0; node < count; ++node) {
+    steps.step();
     if (graph.parts[node] == graph.largestPart && sizes[componentOf(node)] > sizes[largest]) {
       largest = componentOf(node);
     }
@@ -84,7 +92,8 @@ void findTraps(RoadNetworkImporter const& importer, RoadGraph const& graph, Impo
 
   std::vector<std::vector<Number>> nodes(oneWays.count);
   std::vector<Number> traps;
-  for (Number node = 0; node < graph.nodes.size(); ++node) {
+  for (Number node = 0; node < count; ++node) {
+    steps.step();
     Number const component = componentOf(node);
     if (graph.parts[node] != graph.largestPart || component == largest) continue;
     if (nodes[component].empty()) traps.push_back(component);
@@ -105,6 +114,7 @@ void findTraps(RoadNetworkImporter const& importer, RoadGraph const& graph, Impo
   std::stable_sort(traps.begin(), traps.end(),
                    [&](Number a, Number b) { return nodes[a].size() > nodes[b].size(); });
   for (Number const trap : traps) {
+    steps.poll();
     // Where a way leads out and yet not away, it leads into another trap, which is the one to mend.
     bool const isEffect = (canLeave[trap] || hasWayOut[trap]) && (canReach[trap] || hasWayIn[trap]);
     Finding finding{.kind = Finding::Kind::traps,

@@ -11,7 +11,6 @@
 #include "report/segmentCrossing.hpp"
 
 using velora::roadnetwork::Road;
-using velora::roadnetwork::RoadNetworkImpl;
 
 namespace {
 
@@ -51,19 +50,27 @@ struct Runs {
 
 class Search {
  public:
-  Search(RoadNetworkImpl const& network, RoadGraph const& graph, Action const& action)
-      : graph_(graph), action_(action), degrees_(graph.nodes.size()) {
+  Search(RoadNetworkImporter const& importer, RoadGraph const& graph, Action const& action)
+      : graph_(graph),
+        action_(action),
+        progress_(importer.progress()),
+        degrees_(graph.nodes.size()) {
     for (RoadGraph::Ends const& road : graph.roads) {
       ++degrees_[road.start];
       ++degrees_[road.end];
     }
-    lines_.reserve(network.getRoads().size());
-    for (Road const& road : network.getRoads()) {
+    support::Steps steps(progress_, support::Stage::cuttingLines, 2 * graph.roads.size());
+    lines_.reserve(graph.roads.size());
+    for (Road const& road : importer.roadNetwork->getRoads()) {
+      steps.step();
       auto const latitudes = road->getCentersX().values();
       lines_.push_back({latitudes.data(), road->getCentersY().values().data(),
                         static_cast<std::uint32_t>(latitudes.size() - 1)});
     }
-    for (std::uint32_t road = 0; road < lines_.size(); ++road) cut(road);
+    for (std::uint32_t road = 0; road < lines_.size(); ++road) {
+      cut(road);
+      steps.step();
+    }
   }
 
   bool run() {
@@ -72,11 +79,14 @@ class Search {
     std::size_t boxes = runs_.boxes.size();
     for (auto const& [node, spokes] : spokes_) boxes += spokes.boxes.size();
     effort_ = atLeast + each * boxes;
+    support::Steps steps(progress_, support::Stage::findingCrossings, boxes);
 
     std::vector<std::pair<Runs const*, BoxIndex>> indexes;
     indexes.emplace_back(&runs_, BoxIndex(runs_.boxes));
     indexes.front().second.forEach([&](BoxIndex::Entry const& entry) {
+      steps.step();
       forEachOverlap(indexes.front().second, entry.first, [&](BoxIndex::Entry const& other) {
+        steps.poll();
         if (other.second > entry.second) {
           compare(runs_.runs[entry.second], runs_.runs[other.second], other.first);
         }
@@ -84,8 +94,10 @@ class Search {
     });
     for (auto const& [node, spokes] : spokes_) {
       for (auto const& [box, number] : spokes.boxes) {
+        steps.step();
         for (auto const& [runs, index] : indexes) {
           forEachOverlap(index, box, [&, run = spokes.runs[number], r = runs](auto const& other) {
+            steps.poll();
             compare(run, r->runs[other.second], other.first);
           });
         }
@@ -262,6 +274,7 @@ class Search {
 
   RoadGraph const& graph_;
   Action const& action_;
+  support::Progress const& progress_;
   std::vector<Line> lines_;             // by the roads' places in the network's list
   std::vector<std::uint32_t> degrees_;  // of the Nodes
   Runs runs_;
@@ -271,7 +284,7 @@ class Search {
 
 }  // namespace
 
-bool forEachLineCrossing(RoadNetworkImpl const& network, RoadGraph const& graph,
+bool forEachLineCrossing(RoadNetworkImporter const& importer, RoadGraph const& graph,
                          Action const& action) {
-  return Search(network, graph, action).run();
+  return Search(importer, graph, action).run();
 }

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <functional>
 
-#include "model/roadnetwork/RoadNetwork.hpp"
+#include "importer/RoadNetworkImporter.hpp"
 #include "report/Finding.hpp"
 #include "report/RoadGraph.hpp"
 
@@ -24,6 +24,5 @@ struct LineCrossing {
 /// do not cross, whatever they do beyond it, and a road does not cross itself. Calls `action` with
 /// each crossing, with some more than once. False when it ended early: in a map where so much
 /// overlaps that the search would not be linear any more.
-bool forEachLineCrossing(velora::roadnetwork::RoadNetworkImpl const& network,
-                         RoadGraph const& graph,
+bool forEachLineCrossing(RoadNetworkImporter const& importer, RoadGraph const& graph,
                          std::function<void(LineCrossing const&)> const& action);

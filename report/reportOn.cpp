@@ -38,12 +38,17 @@ void accountForWay(RoadNetworkImporter const& importer, Way const& way, ImportRe
 
 ImportReport reportOn(RoadNetworkImporter const& importer) {
   ImportReport report;
-  for (Way const& way : importer.reader.ways) accountForWay(importer, way, report);
+  support::Steps steps(importer.progress(), support::Stage::checkingWays,
+                       importer.reader.ways.size());
+  for (Way const& way : importer.reader.ways) {
+    accountForWay(importer, way, report);
+    steps.step();
+  }
   findOddTags(importer, report);
   findSharedNodes(importer, report);
   findLossyJoins(importer, report);
   findSteepRoads(importer, report);
-  RoadGraph const graph(*importer.roadNetwork.get());
+  RoadGraph const graph(importer);
   findCrossings(importer, graph, report);
   findIslands(importer, graph, report);
   findTraps(importer, graph, report);

@@ -39,7 +39,7 @@ class RoadElevations {
   std::vector<double> elevations_;
 };
 
-RoadElevations computeRoadElevations(RoadNetworkImporter& importer) {
+RoadElevations computeRoadElevations(RoadNetworkImporter& importer, support::Steps& steps) {
   auto const& roadWayIds = importer.roadWayIds;
   RoadElevations roadElevations(roadWayIds.maxRoadId());
   // The roads of a way come one after the other.
@@ -57,14 +57,16 @@ RoadElevations computeRoadElevations(RoadNetworkImporter& importer) {
       sum += lastElevation;
       ++count;
     });
+    steps.step();
     if (count > 0) roadElevations.set(id, sum / static_cast<double>(count));
   }
   return roadElevations;
 }
 
-void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& roadElevations) {
+void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& roadElevations,
+                          support::Steps& steps) {
   std::vector<double> position;
-  forEachNode(*importer.roadNetwork.get(), [&](Node const& node) {
+  forEachNode(*importer.roadNetwork.get(), steps, [&](Node const& node) {
     if (!node->hasPosition()) return;
     double sum = 0.0;
     std::size_t count = 0;
@@ -80,9 +82,10 @@ void assignNodeElevations(RoadNetworkImporter& importer, RoadElevations const& r
   });
 }
 
-void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadElevations) {
+void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadElevations,
+                    support::Steps& steps) {
   std::map<std::uint64_t, ConstantSequences> levels;  // by the bits of the elevation
-  forEachRoad(*importer.roadNetwork.get(), [&](Road const& road) {
+  forEachRoad(*importer.roadNetwork.get(), steps, [&](Road const& road) {
     double const onRoad = roadElevations.at(road->getID());
     double const atStart = road->getStartNode()->getElevation();
     double const atEnd = road->getEndNode()->getElevation();
@@ -101,7 +104,11 @@ void assignProfiles(RoadNetworkImporter& importer, RoadElevations const& roadEle
 }  // namespace
 
 void assignSegmentElevations(RoadNetworkImporter& importer) {
-  RoadElevations const roadElevations = computeRoadElevations(importer);
-  assignNodeElevations(importer, roadElevations);
-  assignProfiles(importer, roadElevations);
+  auto const& network = importer.roadNetwork;
+  support::Steps steps(importer.progress(), support::Stage::settingElevations,
+                       importer.roadWayIds.maxRoadId() + 1 + network->getNodes().size() +
+                           network->getRoads().size());
+  RoadElevations const roadElevations = computeRoadElevations(importer, steps);
+  assignNodeElevations(importer, roadElevations, steps);
+  assignProfiles(importer, roadElevations, steps);
 }

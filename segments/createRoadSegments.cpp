@@ -26,7 +26,7 @@ struct Ends {
 
 // Of each road, in the order of the network's list: the Nodes know their roads, so that none of
 // them has to be looked up by its id.
-std::vector<Ends> createSegmentNodes(RoadNetworkImporter& importer) {
+std::vector<Ends> createSegmentNodes(RoadNetworkImporter& importer, support::Steps& steps) {
   std::vector<Road> const& roads = importer.roadNetwork->getRoads();
   std::vector<Ends> ends(roads.size());
   auto const set = [&](Road const& road, RoadSegmentNode Ends::*end, RoadSegmentNode const& node) {
@@ -34,7 +34,7 @@ std::vector<Ends> createSegmentNodes(RoadNetworkImporter& importer) {
     // A host may have a road at a Node of the network that is not in the network itself.
     if (slot < roads.size() && roads[slot] == road) ends[slot].*end = node;
   };
-  forEachNode(*importer.roadNetwork.get(), [&](Node const& node) {
+  forEachNode(*importer.roadNetwork.get(), steps, [&](Node const& node) {
     RoadSegmentNode const segmentNode =
         RoadSegmentNode::create(importer.model, boost::uuids::uuid{});
     segmentNode->setID(node->getID());
@@ -57,7 +57,10 @@ RoadSegmentNode const& required(RoadSegmentNode const& segmentNode, Road const& 
 }  // namespace
 
 void createRoadSegments(RoadNetworkImporter& importer) {
-  std::vector<Ends> const ends = createSegmentNodes(importer);
+  auto const& network = importer.roadNetwork;
+  support::Steps steps(importer.progress(), support::Stage::makingSegments,
+                       network->getNodes().size() + network->getRoads().size());
+  std::vector<Ends> const ends = createSegmentNodes(importer, steps);
   ConstantSequences zeros(0.0);
   ConstantSequences notComputed(std::numeric_limits<double>::quiet_NaN());
   for (std::size_t i = 0; i < ends.size(); ++i) {
@@ -75,5 +78,6 @@ void createRoadSegments(RoadNetworkImporter& importer) {
     segment->setGeometry(road->getCentersX(), road->getCentersY(), zeros.of(n), zeros.of(n),
                          notComputed.of(n));
     road->addRoadSegment(segment);
+    steps.step();
   }
 }

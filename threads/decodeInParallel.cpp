@@ -7,6 +7,7 @@
 #include <boost/asio/post.hpp>
 #include <boost/asio/thread_pool.hpp>
 #include <boost/system/system_error.hpp>
+#include <chrono>
 #include <cstddef>
 #include <future>
 #include <memory>
@@ -17,6 +18,7 @@
 #include "threads/NoSignals.hpp"
 
 using OpenStreetMap::PbfFile;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -65,6 +67,7 @@ void run(PbfFile& file, std::size_t threads) {
     }
     if (decoded == read) return;
     Ahead& next = ring[decoded % ring.size()];
+    while (next.isUnpacked.wait_for(20ms) == std::future_status::timeout) file.tell();
     next.isUnpacked.get();
     file.decode(next.blob);
   }

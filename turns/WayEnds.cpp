@@ -10,8 +10,10 @@ using OpenStreetMap::osmId;
 using velora::roadnetwork::DirectionOfTravel;
 using velora::roadnetwork::Road;
 
-WayEnds::WayEnds(RoadNetworkImporter const& importer, support::IdSet const& ways) {
+WayEnds::WayEnds(RoadNetworkImporter const& importer, support::IdSet const& ways,
+                 support::Steps& steps) {
   for (Road const& road : importer.roadNetwork->getRoads()) {
+    steps.step();
     std::optional<RoadPiece> first;
     std::optional<RoadPiece> last;
     forEachPiece(*road.get(), importer, [&](RoadPiece const& piece) {

@@ -21,8 +21,8 @@ struct WayEnd {
 
 class WayEnds {
  public:
-  /// Of some ways. The importer must have run.
-  WayEnds(RoadNetworkImporter const& importer, support::IdSet const& ways);
+  /// Of some ways. The importer must have run. Each of its roads is a step.
+  WayEnds(RoadNetworkImporter const& importer, support::IdSet const& ways, support::Steps& steps);
 
   std::span<WayEnd const> at(OpenStreetMap::Id way, OpenStreetMap::Id node) const;
 

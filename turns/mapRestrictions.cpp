@@ -173,20 +173,30 @@ class Mapper {
 }  // namespace
 
 TurnRestrictions mapRestrictions(RoadNetworkImporter const& importer) {
+  auto const& roads = importer.roadNetwork->getRoads();
+  support::Steps steps(importer.progress(), support::Stage::mappingRestrictions,
+                       2 * importer.reader.relations.size() + roads.size());
   std::vector<Relation const*> relations;
   support::IdSet ways;
   for (Relation const& relation : importer.reader.relations) {
+    steps.step();
     relations.push_back(&relation);
     for (Member const& member : relation.members) {
       if (member.type == ElementType::way) ways.insert(member.reference);
     }
   }
-  if (relations.empty()) return {};
+  if (relations.empty()) {
+    steps.finish();
+    return {};
+  }
   std::sort(relations.begin(), relations.end(),
             [](Relation const* a, Relation const* b) { return a->id < b->id; });
-  WayEnds const ends(importer, ways);
+  WayEnds const ends(importer, ways, steps);
   Mapper mapper(importer, ends);
-  for (Relation const* const relation : relations) mapper.map(*relation);
+  for (Relation const* const relation : relations) {
+    mapper.map(*relation);
+    steps.step();
+  }
   return mapper.take();
 }
 

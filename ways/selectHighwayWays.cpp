@@ -25,10 +25,14 @@ std::vector<Way const*> selectHighwayWays(Reader& reader) {
   std::u16string const highway = u"highway";
   reader.populate(reader.ways);
   std::vector<Way const*> ways = Reader::getElementsWithTag(highway, reader.ways);
-  std::erase_if(
-      ways, [&](Way const* way) { return !isRoad(way->tags) || !allNodesPresent(reader, way); });
+  support::Steps steps(reader.progress(), support::Stage::selectingWays, ways.size());
+  std::erase_if(ways, [&](Way const* way) {
+    steps.step();
+    return !isRoad(way->tags) || !allNodesPresent(reader, way);
+  });
   ways = std::vector<Way const*>(ways);  // no larger than it is: it lives as long as the import
   // Every later stage depends on this order, so it is not left to the reader's.
-  std::sort(ways.begin(), ways.end(), [](Way const* a, Way const* b) { return a->id < b->id; });
+  std::sort(ways.begin(), ways.end(),
+            steps.polling([](Way const* a, Way const* b) { return a->id < b->id; }));
   return ways;
 }

@@ -12,6 +12,7 @@
 #include "osm/RecordStorage.hpp"
 #include "osm/decode/Bounds.hpp"
 #include "osm/records.hpp"
+#include "support/Progress.hpp"
 
 namespace OpenStreetMap {
 
@@ -34,6 +35,13 @@ class ElementSink {
   ElementSink& operator=(ElementSink const&) = delete;
   virtual ~ElementSink() = default;
 
+  /// From now on these are told of elements; they must outlive the sink's use.
+  void setSteps(support::Steps& steps) noexcept { steps_ = &steps; }
+  /// To be called where long work meets no element.
+  void tell() {
+    if (steps_ != nullptr) steps_->tell();
+  }
+
   std::u16string const* intern(std::string_view utf8) { return storage_.intern(utf8); }
 
   /// Whether the tags and members of such elements are wanted at all; of what is not, decoders need
@@ -45,6 +53,7 @@ class ElementSink {
   /// Begins an element; one that was begun and not ended is forgotten. Throws std::runtime_error
   /// when it is a newer version of the one of its kind just before it.
   void begin(Head const& head) {
+    if (steps_ != nullptr) steps_->poll();
     Head& last = last_[static_cast<std::size_t>(head.type)];
     if (head.id == last.id) checkVersions(last, head);
     last = head;
@@ -105,6 +114,7 @@ class ElementSink {
   bool isNewKey(std::u16string const* key);
 
   RecordStorage& storage_;
+  support::Steps* steps_ = nullptr;
   // The element under way.
   Head const* head_ = nullptr;
   std::optional<Position> position_;

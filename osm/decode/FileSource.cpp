@@ -20,8 +20,9 @@ std::size_t FileSource::read(char* buffer, std::size_t size) {
                       "can't read: " + std::generic_category().message(errno)};
   }
   position_ += static_cast<std::uint64_t>(count);
-  bool const isStreamsEnd = count == 0 && file_.size == 0;
-  if (progress_) progress_(position_, isStreamsEnd ? position_ : file_.size);
+  // How long a stream is turns out at its end; a file may grow or shrink meanwhile.
+  bool const isLonger = file_.size != 0 && position_ > file_.size;
+  steps_.reach(position_, count == 0 || isLonger ? position_ : file_.size);
   return static_cast<std::size_t>(count);
 }
 

@@ -4,22 +4,21 @@
 #include <cstdint>
 
 #include "osm/FileHandler.hpp"
-#include "osm/Progress.hpp"
 #include "osm/decode/ByteSource.hpp"
+#include "support/Progress.hpp"
 
 namespace OpenStreetMap {
 
 class FileSource final : public ByteSource {
  public:
-  /// `file` and `progress` (which may be empty) must outlive the source.
-  FileSource(FileHandler const& file, Progress const& progress)
-      : file_(file), progress_(progress) {}
+  /// `file` and `steps`, which are bytes, must outlive the source.
+  FileSource(FileHandler const& file, support::Steps& steps) : file_(file), steps_(steps) {}
 
   std::size_t read(char* buffer, std::size_t size) override;
 
  private:
   FileHandler const& file_;
-  Progress const& progress_;
+  support::Steps& steps_;
   std::uint64_t position_ = 0;
 };
 

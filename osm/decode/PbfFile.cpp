@@ -108,6 +108,8 @@ template <class Step>
 void guarded(PbfFile::Blob& blob, Step const& step) {
   try {
     step();
+  } catch (Interruption const&) {
+    throw;
   } catch (std::runtime_error const& error) {
     blob.error = std::make_exception_ptr(DecodeError{blob.place, error.what()});
   } catch (protozero::exception const& error) {

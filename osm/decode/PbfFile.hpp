@@ -18,7 +18,7 @@ namespace OpenStreetMap {
 /// Each blob goes through three steps: it is read, unpacked and decoded. Blobs are read and decoded
 /// one at a time, in their order, but the steps may work on different blobs at the same time, and
 /// any number of blobs may be unpacked. What goes wrong waits in its blob until that is decoded, so
-/// it does not matter who is faster.
+/// it does not matter who is faster. An Interruption does not wait.
 ///
 /// The first blob must be an OSMHeader whose required features are known; then come OSMData blobs,
 /// and blobs of other types, which are passed over.
@@ -43,6 +43,8 @@ class PbfFile {
   static void unpack(Blob& blob);
   /// Throws what has gone wrong with the blob, here or in a step before.
   void decode(Blob& blob);
+  /// To be called while waiting for an unpacked blob.
+  void tell() { sink_.tell(); }
 
  private:
   void readBlob(Blob& blob, std::size_t headerSize);

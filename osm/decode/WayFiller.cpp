@@ -44,18 +44,20 @@ bool WayFiller::isOfKeptType(TagMap const& relation) const {
   return type.substr(0, type.find(u':')) == relationType_;
 }
 
-WayNodes WayFiller::takeNodes() {
+WayNodes WayFiller::takeNodes(support::Progress const& progress) {
+  support::Steps steps(progress, support::Stage::placingNodes, references_.size() + nodes_.size());
   ids_.assignNumbers();
   auto reference = references_.begin();
   for (Way const& way : ways_) {
     for (Id const id : way.nodeReferences) {
       *reference = ids_.numberAt(*reference, id);
       ++reference;
+      steps.step();
     }
   }
   WayNodes result(std::move(ids_), std::move(references_));
   auto find = result.finder();
-  forEachFirstNode([&](Id id, double latitude, double longitude) {
+  forEachFirstNode(steps, [&](Id id, double latitude, double longitude) {
     ++counts_.nodes;
     extend({latitude, longitude});
     auto const number = find(id);
@@ -68,11 +70,11 @@ WayNodes WayFiller::takeNodes() {
 
 // Of two nodes with one id the first counts.
 template <class Action>
-void WayFiller::forEachFirstNode(Action const& action) const {
-  if (nodes_.isAscending()) return nodes_.forEach(action);
+void WayFiller::forEachFirstNode(support::Steps& steps, Action const& action) const {
   IdNumbering seen;
   nodes_.forEach([&](Id id, double latitude, double longitude) {
-    if (seen.insert(id)) action(id, latitude, longitude);
+    if (nodes_.isAscending() || seen.insert(id)) action(id, latitude, longitude);
+    steps.step();
   });
 }
 

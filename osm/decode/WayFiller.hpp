@@ -27,7 +27,7 @@ class WayFiller final : public ElementSink {
   bool keepsKey(std::string_view utf8) const noexcept override { return selection_.keeps(utf8); }
 
   /// The nodes under the ways. To be called once, at the end: the limits are known then, too.
-  WayNodes takeNodes();
+  WayNodes takeNodes(support::Progress const& progress);
   /// How many elements the file has, kept or not.
   ElementCounts const& counts() const noexcept { return counts_; }
 
@@ -38,7 +38,7 @@ class WayFiller final : public ElementSink {
   bool isOfKeptType(TagMap const& relation) const;
 
   template <class Action>
-  void forEachFirstNode(Action const& action) const;
+  void forEachFirstNode(support::Steps& steps, Action const& action) const;
 
   WayTable& ways_;
   RelationTable& relations_;

@@ -54,6 +54,7 @@ class XmlDecoder {
       if (buffer == nullptr) throw std::bad_alloc();
       std::size_t const count = source.read(static_cast<char*>(buffer), readSize);
       atEnd = count == 0;
+      sink_.tell();  // what is unpacked may be far more than what is read
       if (XML_ParseBuffer(parser_.get(), static_cast<int>(count), atEnd) != XML_STATUS_OK) fail();
     }
   }

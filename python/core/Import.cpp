@@ -22,18 +22,36 @@ std::atomic<bool> processEnds{false};
 
 }  // namespace
 
+template <class Action>
+auto Import::work(Watch& watch, Action const& action) {
+  nb::gil_scoped_release const others;
+  std::scoped_lock const lock(engine_->mutex);
+  struct Watching {
+    Engine& engine;
+    Watch* before;
+    ~Watching() { engine.watch = before; }
+  } const watching{*engine_, std::exchange(engine_->watch, &watch)};
+  return action();
+}
+
 Import::Import(Source const& source, ImportOptions options, unsigned threads, Watch watch)
     : engine_(std::make_unique<Engine>(std::move(options))) {
-  NetworkColumns columns;
+  RoadNetworkImporter& importer = engine_->importer;
+  importer.reader.setPbfRunner(decodeInParallel(threads == 0 ? usefulThreads() : threads));
+  importer.setProgress([&engine = *engine_](support::Stage stage, auto done, auto total) {
+    (*engine.watch)(stage, done, total);
+  });
   try {
-    nb::gil_scoped_release const others;
-    columns = run(source, threads, watch);
+    takeColumns(work(watch, [&] {
+      open(source);
+      importer.run();
+      return networkColumns(importer);
+    }));
   } catch (...) {
     // What has been read takes a while to take apart: nobody who pressed Ctrl-C waits for that.
     releaseElsewhere(std::move(engine_));
     throw;
   }
-  takeColumns(std::move(columns));
 }
 
 Import::~Import() {
@@ -57,26 +75,18 @@ void Import::releaseElsewhere(std::unique_ptr<Engine> engine) noexcept {
   }
 }
 
-NetworkColumns Import::run(Source const& source, unsigned threads, Watch& watch) {
-  RoadNetworkImporter& importer = engine_->importer;
-  importer.reader.setProgress(
-      [&](std::uint64_t done, std::uint64_t total) { watch("reading", done, total); });
-  importer.reader.setPbfRunner(decodeInParallel(threads == 0 ? usefulThreads() : threads));
+void Import::open(Source const& source) {
+  auto& reader = engine_->importer.reader;
   if (auto const* const path = std::get_if<std::string>(&source)) {
-    importer.reader.setFile(*path);
+    reader.setFile(*path);
   } else if (auto const* const open = std::get_if<OpenFile>(&source)) {
-    importer.reader.setOpenFile(open->descriptor, open->name);
+    reader.setOpenFile(open->descriptor, open->name);
   } else {
     auto const bytes = std::get<std::span<char const>>(source);
     MemoryFile file;
     file.fill(bytes.data(), bytes.size());
-    importer.reader.setOpenFile(file.descriptor(), "<bytes>");
+    reader.setOpenFile(file.descriptor(), "<bytes>");
   }
-  importer.run();
-  importer.reader.setProgress({});
-  return networkColumns(importer, [&](std::size_t done, std::size_t total) {
-    if (done % 4096 == 0 || done == total) watch("columns", done, total);
-  });
 }
 
 void Import::takeColumns(NetworkColumns columns) {
@@ -146,12 +156,8 @@ nb::object Import::lengths() const {
 
 nb::object Import::restrictions() {
   if (restrictions_.is_valid()) return restrictions_;
-  RestrictionColumns columns;
-  {
-    nb::gil_scoped_release const others;
-    std::scoped_lock const lock(engine_->mutex);
-    columns = restrictionColumns(engine_->importer);
-  }
+  Watch watch{nb::none()};
+  RestrictionColumns columns = work(watch, [&] { return restrictionColumns(engine_->importer); });
   nb::dict table;
   table["osm_relation_id"] = arrayOf(std::move(columns.relationId));
   table["restriction"] = tupleOf(std::move(columns.kind));
@@ -168,14 +174,14 @@ nb::object Import::restrictions() {
   return restrictions_;
 }
 
-std::string Import::report(Watch /*watch*/) {
-  nb::gil_scoped_release const others;
-  std::scoped_lock const lock(engine_->mutex);
-  MemoryFile file;
-  BufferedFile output(file.duplicate(), "the report");
-  writeReport(reportOn(engine_->importer), engine_->importer, output);
-  output.close();
-  return file.content();
+std::string Import::report(Watch watch) {
+  return work(watch, [&] {
+    MemoryFile file;
+    BufferedFile output(file.duplicate(), "the report");
+    writeReport(reportOn(engine_->importer), engine_->importer, output);
+    output.close();
+    return file.content();
+  });
 }
 
 void Import::write(std::string const& path, std::string const& format, bool overwrite,
@@ -183,15 +189,11 @@ void Import::write(std::string const& path, std::string const& format, bool over
   Format const* const known = findFormat(format);
   if (known == nullptr) throw std::invalid_argument("there is no format \"" + format + '"');
   try {
-    nb::gil_scoped_release const others;
-    std::scoped_lock const lock(engine_->mutex);
-    NetworkExport output(*known, path, overwrite);
-    output.write(engine_->importer, [&](std::size_t done, std::size_t total) {
-      if (done % 4096 == 0 || done == total) watch("writing", done, total);
+    work(watch, [&] {
+      NetworkExport output(*known, path, overwrite);
+      output.write(engine_->importer);
+      output.commit();
     });
-    output.commit();
-  } catch (nb::python_error const&) {
-    throw;
   } catch (std::runtime_error const& error) {  // these name their file
     PyErr_SetString(PyExc_OSError, error.what());
     throw nb::python_error();

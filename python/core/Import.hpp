@@ -60,10 +60,14 @@ class Import {
     RoadNetworkImporter importer;
     // A model is for one thread at a time. Recursive for what a progress callable may do.
     std::recursive_mutex mutex;
+    Watch* watch = nullptr;  // of the one who works now
   };
 
   static void releaseElsewhere(std::unique_ptr<Engine> engine) noexcept;
-  NetworkColumns run(Source const& source, unsigned threads, Watch& watch);
+  /// Calls `action`, without the GIL, when nobody else works with the engine.
+  template <class Action>
+  auto work(Watch& watch, Action const& action);
+  void open(Source const& source);
   void takeColumns(NetworkColumns columns);
 
   std::unique_ptr<Engine> engine_;

@@ -1,5 +1,6 @@
 #include "python/core/Watch.hpp"
 
+#include <string_view>
 #include <utility>
 
 namespace nb = nanobind;
@@ -12,13 +13,14 @@ Watch::Watch(nb::object progress) : progress_(std::move(progress)), isNeeded_(tr
   isNeeded_ = isMain || !progress_.is_none();
 }
 
-void Watch::operator()(char const* stage, std::uint64_t done, std::uint64_t total) {
+void Watch::operator()(support::Stage stage, std::uint64_t done, std::uint64_t total) {
   if (!isNeeded_) return;
-  auto const now = Clock::now();
-  if (stage == stage_ && done != total && now < next_) return;
+  bool const isTurn = !progress_.is_none() && (stage != stage_ || done == total);
+  if (!isTurn && Clock::now() < next_) return;
   nb::gil_scoped_acquire const gil;
   if (PyErr_CheckSignals() != 0) throw nb::python_error();
-  if (!progress_.is_none()) progress_(stage, done, total);
+  std::string_view const name = support::nameOf(stage);
+  if (!progress_.is_none()) progress_(nb::str(name.data(), name.size()), done, total);
   stage_ = stage;
   next_ = Clock::now() + 20ms;
 }
