@@ -13,36 +13,27 @@ using OpenStreetMap::Way;
 using OpenStreetMap::WayNodes;
 using support::ModelId;
 
-namespace {
-
-void findJunctions(RoadNetworkImporter& importer, support::Steps& steps) {
+std::vector<NodeUse> countNodeUses(RoadNetworkImporter const& importer) {
   auto const& nodes = importer.reader.wayNodes;
-  importer.junctionNodeIds = JunctionNodes(nodes.size());
-  auto& junctions = importer.junctionNodeIds;
-  std::vector<bool> isInterior(nodes.size());
+  support::Steps steps(importer.progress(), support::Stage::makingNodes,
+                       importer.selectedWays.size());
+  std::vector<NodeUse> uses(nodes.size());
   for (Way const* const way : importer.selectedWays) {
     auto const numbers = nodes.numbersOf(*way);
-    junctions.insert(numbers.front());
-    junctions.insert(numbers.back());
+    uses[numbers.front()].addEnd();
+    uses[numbers.back()].addEnd();
     for (WayNodes::Number const number : numbers.subspan(1, numbers.size() - 2)) {
-      // That there is more than one use is enough to know.
-      if (isInterior[number]) junctions.insert(number);
-      isInterior[number] = true;
+      uses[number].addPass();
     }
     steps.step();
   }
+  return uses;
 }
 
-}  // namespace
-
-void createNodes(RoadNetworkImporter& importer) {
-  importer.reader.populate(importer.reader.nodes);
+void createJunctionNodes(RoadNetworkImporter& importer) {
   auto const& nodes = importer.reader.wayNodes;
-  support::Steps steps(importer.progress(), support::Stage::makingNodes,
-                       importer.selectedWays.size() + nodes.size());
-  findJunctions(importer, steps);
   auto const& junctions = importer.junctionNodeIds;
-
+  support::Steps steps(importer.progress(), support::Stage::makingNodes, nodes.size());
   std::vector<ModelId> ids;
   std::vector<std::u16string> names;
   std::vector<double> positions;
@@ -57,4 +48,14 @@ void createNodes(RoadNetworkImporter& importer) {
     positions.insert(positions.end(), {nodes[number].latitude, nodes[number].longitude, 0.0});
   });
   importer.roadNetwork->addNodes(ids, names, positions);
+}
+
+void createNodes(RoadNetworkImporter& importer) {
+  importer.reader.populate(importer.reader.nodes);
+  std::vector<NodeUse> const uses = countNodeUses(importer);
+  importer.junctionNodeIds = JunctionNodes(uses.size());
+  for (WayNodes::Number number = 0; number < uses.size(); ++number) {
+    if (uses[number].isJunction()) importer.junctionNodeIds.insert(number);
+  }
+  createJunctionNodes(importer);
 }
