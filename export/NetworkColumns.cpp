@@ -1,5 +1,6 @@
 #include "export/NetworkColumns.hpp"
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -33,6 +34,19 @@ std::vector<TagColumn> tagColumnsOf(RoadNetworkImporter const& importer) {
   return columns;
 }
 
+std::uint8_t reversedNumber(std::vector<RoadPiece> const& pieces) {
+  auto const isReversed = [](RoadPiece const& piece) { return piece.isReversed; };
+  if (std::none_of(pieces.begin(), pieces.end(), isReversed)) return 0;
+  return std::all_of(pieces.begin(), pieces.end(), isReversed) ? 1 : 2;
+}
+
+// Of all centre lines: two roads that were cut from one way both have the node between them.
+std::size_t mostPoints(RoadNetworkImporter const& importer) {
+  std::size_t count = importer.roadNetwork->getRoads().size();
+  for (auto const* const way : importer.selectedWays) count += way->nodeReferences.size();
+  return count;
+}
+
 template <class... Columns>
 void reserve(std::size_t rows, Columns&... columns) {
   (columns.reserve(rows), ...);
@@ -56,7 +70,7 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
     nodes.latitude.push_back(row.latitude);
     nodes.elevation.push_back(row.elevation);
   });
-  rows.assignNumbers();
+  rows.assignNumbers(walk.steps());
   OpenStreetMap::IdNumbering::Finder rowOfStart(rows);
   OpenStreetMap::IdNumbering::Finder rowOfEnd(rows);
 
@@ -64,8 +78,10 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
   std::vector<TagColumn> tags = tagColumnsOf(importer);
   std::size_t const count = importer.roadNetwork->getRoads().size();
   reserve(count, roads.id, roads.startNode, roads.endNode, roads.start, roads.end, roads.direction,
-          roads.weight, roads.centreLine.offsets, roads.wayIds.offsets);
+          roads.reversed, roads.weight, roads.centreLine.offsets, roads.wayIds.offsets);
   for (TagColumn& tag : tags) tag.texts.reserve(count);
+  roads.centreLine.values.reserve(mostPoints(importer));
+  OpenStreetMap::Way const* wayBefore = nullptr;
   walk.forEachRoad([&](Road const& road) {
     RoadParts const parts = roadParts(road, importer);
     roads.id.push_back(static_cast<std::int64_t>(parts.id));
@@ -74,6 +90,7 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
     roads.start.push_back(rowOfStart(parts.startNode));
     roads.end.push_back(rowOfEnd(parts.endNode));
     roads.direction.push_back(static_cast<std::uint8_t>(parts.direction));
+    roads.reversed.push_back(reversedNumber(parts.pieces));
     roads.weight.push_back(road->getWeight());
     for (std::size_t i = 0; i < parts.longitudes.size(); ++i) {
       roads.centreLine.values.push_back(
@@ -82,7 +99,14 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
     roads.centreLine.endRow();
     roads.wayIds.values.insert(roads.wayIds.values.end(), parts.wayIds.begin(), parts.wayIds.end());
     roads.wayIds.endRow();
-    for (TagColumn& tag : tags) tag.texts.add(tagValues(tag.key, parts.pieces));
+    // Roads that follow one another are mostly of one way.
+    OpenStreetMap::Way const* const way =
+        parts.pieces.size() == 1 ? parts.pieces.front().way : nullptr;
+    bool const isSame = way != nullptr && way == wayBefore;
+    wayBefore = way;
+    for (TagColumn& tag : tags) {
+      isSame ? tag.texts.repeat() : tag.texts.add(tagValues(tag.key, parts.pieces));
+    }
   });
   for (TagColumn& tag : tags) roads.texts.emplace_back(tag.name, tag.texts.take());
   return columns;

@@ -45,6 +45,9 @@ struct NetworkColumns {
     std::vector<std::int64_t> start;  ///< the rows of these nodes
     std::vector<std::int64_t> end;
     std::vector<std::uint8_t> direction;
+    /// 0 where the road runs as all of its ways do, 1 where it runs against them, 2 for some of
+    /// each.
+    std::vector<std::uint8_t> reversed;
     std::vector<double> weight;
     Lists<Point> centreLine;  ///< from the start to the end node
     Lists<Id> wayIds;

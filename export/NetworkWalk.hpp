@@ -3,20 +3,25 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
+#include "importer/walk.hpp"
 
 /// The network's roads, by ascending id.
 inline std::vector<velora::roadnetwork::Road const*> roadsById(
     velora::roadnetwork::RoadNetworkImpl const& network, support::Steps& steps) {
   using velora::roadnetwork::Road;
+  using Entry = std::pair<support::ModelId, Road const*>;  // ids at hand sort in half the time
+  std::vector<Entry> entries;
+  entries.reserve(network.getRoads().size());
+  for (Road const& road : network.getRoads()) entries.emplace_back(road->getID(), &road);
+  std::sort(entries.begin(), entries.end(),
+            steps.polling([](Entry const& a, Entry const& b) { return a.first < b.first; }));
   std::vector<Road const*> roads;
-  roads.reserve(network.getRoads().size());
-  for (Road const& road : network.getRoads()) roads.push_back(&road);
-  std::sort(roads.begin(), roads.end(), steps.polling([](Road const* a, Road const* b) {
-    return (*a)->getID() < (*b)->getID();
-  }));
+  roads.reserve(entries.size());
+  for (Entry const& entry : entries) roads.push_back(entry.second);
   return roads;
 }
 
@@ -33,6 +38,9 @@ class NetworkWalk {
         steps_(importer.progress(), stage,
                network_->getNodes().size() + network_->getRoads().size()) {}
 
+  /// For what is done between the elements.
+  support::Steps& steps() noexcept { return steps_; }
+
   template <class Action>
   void forEachNode(Action const& action) {
     for (auto const& [id, node] : network_->getNodes()) {
@@ -43,8 +51,15 @@ class NetworkWalk {
 
   template <class Action>
   void forEachRoad(Action const& action) {
-    for (Road const* const road : roadsById(*network_.get(), steps_)) {
-      action(*road);
+    std::vector<Road const*> const roads = roadsById(*network_.get(), steps_);
+    for (std::size_t i = 0; i < roads.size(); ++i) {
+      if (i + walkAhead < roads.size()) {
+        (*roads[i + walkAhead])->prefetchNodes();
+        (*roads[i + walkAhead])->prefetchCenters();
+        (*roads[i + walkAhead])->prefetchSegments();
+      }
+      if (i + walkAhead / 2 < roads.size()) (*roads[i + walkAhead / 2])->prefetchElevations();
+      action(*roads[i]);
       steps_.step();
     }
   }

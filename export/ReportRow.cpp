@@ -38,7 +38,8 @@ double lengthOf(std::vector<GeoLine> const& lines) {
 
 }  // namespace
 
-ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer) {
+ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer,
+                    support::Steps& steps) {
   ReportRow row{describe(finding.kind).name,
                 nameOf(finding.severity),
                 finding.metres,
@@ -53,7 +54,10 @@ ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer)
     row.points.push_back({point.longitude, point.latitude, 0.0});
   }
   if (row.points.empty()) {
-    for (auto const& stretch : finding.stretches) row.lines.push_back(lineOf(stretch));
+    for (auto const& stretch : finding.stretches) {
+      steps.poll();
+      row.lines.push_back(lineOf(stretch));
+    }
     if (row.lines.empty()) {
       for (auto const* const way : finding.ways) {
         row.lines.push_back(lineOf(*way, importer.reader.wayNodes));

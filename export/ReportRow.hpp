@@ -21,8 +21,9 @@ struct ReportRow {
   std::vector<GeoLine> lines;
 };
 
-/// `importer` is the one that was reported on.
-ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer);
+/// `importer` is the one that was reported on. Polls the steps for each of the lines.
+ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer,
+                    support::Steps& steps);
 
 /// As a geometry object of GeoJSON.
 void writeGeometry(JsonWriter& json, ReportRow const& row);
@@ -34,7 +35,7 @@ void forEachRow(ImportReport const& report, RoadNetworkImporter const& importer,
   support::Steps steps(importer.progress(), support::Stage::writingReport, report.toCheck());
   for (auto const& findings : report.findings) {
     for (Finding const& finding : findings) {
-      action(reportRow(finding, importer));
+      action(reportRow(finding, importer, steps));
       steps.step();
     }
   }

@@ -28,6 +28,8 @@ class TextColumn {
   void add(std::string const& text) { texts_.codes.push_back(codeOf(text)); }
   /// The values of a tag along a road, see joinedValues.
   void add(std::span<std::u16string const* const> values);
+  /// The same as in the row before.
+  void repeat() { texts_.codes.push_back(texts_.codes.back()); }
 
   Texts take() { return std::move(texts_); }
 

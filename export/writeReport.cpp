@@ -91,7 +91,7 @@ class ReportWriter {
   // First what says what it is; then what all have.
   void toCheck(Finding const& finding) {
     FindingKind const& kind = describe(finding.kind);
-    ReportRow const row = reportRow(finding, importer_);
+    ReportRow const row = reportRow(finding, importer_, steps_);
     if (kind.isAboutOneWay) wayWithTag(*finding.ways.front(), kind.key);
     if (!finding.nodes.empty()) json_.member("node").integer(finding.nodes.front());
     if (finding.nodes.size() > 1) json_.member("nodes").integers(finding.nodes);

@@ -158,12 +158,15 @@ class ChainPlan {
   void carryOut(Steps& steps) {
     for (std::size_t i = 0; i < roads_.size(); ++i) {
       steps.step();
-      if (parents_[i] != i) roads_[i]->destroy();
+      if (parents_[i] == i) continue;
+      roads_[i]->destroy();
+      roads_[i] = {};  // or their memory would go at the end, in one go
     }
     growRoads();
-    for (Joint const& joint : joints_) {
+    for (Joint& joint : joints_) {
       steps.step();
       joint.node->destroy();
+      joint.node = {};
     }
   }
 
@@ -342,13 +345,14 @@ class ChainPlan {
 
 std::vector<MovedEnd> chainRoads(RoadNetworkImporter& importer) {
   // Fixed before any join: a Node that would qualify only after one stays.
-  std::vector<Node> const candidates = collectCandidates(importer);
+  std::vector<Node> candidates = collectCandidates(importer);
   ChainPlan plan(importer, candidates.size());
   Steps planning(importer.progress(), Stage::planningJoins, candidates.size());
   for (Node const& node : candidates) {
     plan.join(node);
     planning.step();
   }
+  candidates.clear();
   Steps joining(importer.progress(), Stage::joiningRoads, plan.steps());
   plan.prepare(joining);
   std::vector<MovedEnd> moved = plan.movedEnds();

@@ -1,6 +1,8 @@
 #include "graph/createNodes.hpp"
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "importer/RoadNetworkImporter.hpp"
@@ -12,10 +14,33 @@ using OpenStreetMap::modelId;
 using OpenStreetMap::Way;
 using OpenStreetMap::WayNodes;
 using support::ModelId;
+using velora::roadnetwork::RoadNetwork;
+
+namespace {
+
+// In one call, as a network's own class may expect it.
+void addNodes(RoadNetworkImporter& importer, std::vector<ModelId> const& ids,
+              std::vector<std::u16string> const& names, std::vector<double> const& positions) {
+  support::Steps steps(importer.progress(), support::Stage::makingNodes, ids.size());
+  struct Watch {
+    Watch(RoadNetwork const& network, std::function<void()> watcher) : network_(network) {
+      network_->setNodeWatcher(std::move(watcher));
+    }
+    Watch(Watch const&) = delete;
+    Watch& operator=(Watch const&) = delete;
+    ~Watch() { network_->setNodeWatcher({}); }
+    RoadNetwork const& network_;
+  };
+  Watch const watch(importer.roadNetwork, [&] { steps.step(); });
+  importer.roadNetwork->addNodes(ids, names, positions);
+  steps.finish();
+}
+
+}  // namespace
 
 std::vector<NodeUse> countNodeUses(RoadNetworkImporter const& importer) {
   auto const& nodes = importer.reader.wayNodes;
-  support::Steps steps(importer.progress(), support::Stage::makingNodes,
+  support::Steps steps(importer.progress(), support::Stage::findingJunctions,
                        importer.selectedWays.size());
   std::vector<NodeUse> uses(nodes.size());
   for (Way const* const way : importer.selectedWays) {
@@ -33,7 +58,8 @@ std::vector<NodeUse> countNodeUses(RoadNetworkImporter const& importer) {
 void createJunctionNodes(RoadNetworkImporter& importer) {
   auto const& nodes = importer.reader.wayNodes;
   auto const& junctions = importer.junctionNodeIds;
-  support::Steps steps(importer.progress(), support::Stage::makingNodes, nodes.size());
+  support::Steps steps(importer.progress(), support::Stage::findingJunctions, nodes.size());
+
   std::vector<ModelId> ids;
   std::vector<std::u16string> names;
   std::vector<double> positions;
@@ -47,7 +73,7 @@ void createJunctionNodes(RoadNetworkImporter& importer) {
     names.push_back(support::decimal(id));
     positions.insert(positions.end(), {nodes[number].latitude, nodes[number].longitude, 0.0});
   });
-  importer.roadNetwork->addNodes(ids, names, positions);
+  addNodes(importer, ids, names, positions);
 }
 
 void createNodes(RoadNetworkImporter& importer) {

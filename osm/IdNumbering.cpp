@@ -6,12 +6,13 @@
 
 namespace OpenStreetMap {
 
-void IdNumbering::assignNumbers() {
+void IdNumbering::assignNumbers(support::Steps& steps) {
   order_.resize(blocks_.size());
   std::iota(order_.begin(), order_.end(), Place{0});
   std::sort(order_.begin(), order_.end(),
-            [this](Place a, Place b) { return blocks_[a].key < blocks_[b].key; });
+            steps.polling([this](Place a, Place b) { return blocks_[a].key < blocks_[b].key; }));
   for (Place const place : order_) {
+    steps.poll();
     Block& block = blocks_[place];
     block.first = static_cast<Number>(size_);
     std::size_t inBlock = 0;

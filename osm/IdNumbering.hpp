@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/IdMap.hpp"
+#include "support/Progress.hpp"
 
 namespace OpenStreetMap {
 
@@ -69,8 +70,8 @@ class IdNumbering {
   }
 
   /// Gives the numbers; nothing can be added any more. Throws std::length_error for more than some
-  /// four thousand million ids.
-  void assignNumbers();
+  /// four thousand million ids, and what the steps throw.
+  void assignNumbers(support::Steps& steps);
 
   /// The number of an id that was added, by what `add` returned: without looking it up.
   Number numberAt(Place place, Id id) const noexcept { return blocks_[place].numberOf(id); }

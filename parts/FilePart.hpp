@@ -11,8 +11,8 @@
 /// Blobs of a sorted PBF file that follow one another. Who decodes them begins with the blob before
 /// them, so that what stands first in the part can be compared with what stands before it.
 struct FilePart {
-  std::string path;  ///< bytes
-  std::string name;  ///< for messages, UTF-8
+  std::string path;        ///< bytes
+  std::string name;        ///< for messages, UTF-8
   std::uint64_t lead;      ///< where the blob before them begins; `begin` for the first part
   std::uint64_t leadBlob;  ///< how many blobs there are before that
   std::uint64_t begin;

@@ -83,8 +83,7 @@ void PartImport::findPlaces() {
 
 std::size_t countPieces(WayBatch const& batch, std::size_t way) {
   auto const behindFirst = batch.referencesOf(way).subspan(1);
-  return static_cast<std::size_t>(
-      std::count_if(behindFirst.begin(), behindFirst.end(), [&](WayBatch::Row row) {
-        return (batch.places[row] & NodePlace::junction) != 0;
-      }));
+  return static_cast<std::size_t>(std::count_if(
+      behindFirst.begin(), behindFirst.end(),
+      [&](WayBatch::Row row) { return (batch.places[row] & NodePlace::junction) != 0; }));
 }

@@ -12,8 +12,8 @@
 #include "parts/WayBatch.hpp"
 
 /// An importer whose reader is given batches, and the stages up to the roads' segments on those
-/// pieces of ways that are wanted: whole chains of roads that continue one another. Roads count from
-/// 1 in it, in the order of their ids in the whole network.
+/// pieces of ways that are wanted: whole chains of roads that continue one another. Roads count
+/// from 1 in it, in the order of their ids in the whole network.
 class PartImport {
  public:
   /// The batches must stay until the reader has been asked for something.

@@ -47,8 +47,8 @@ void PartSink::storeRelation(Id id) {
 
 bool PartSink::isNewInPart(Element const& element) {
   if (last_ && last_->type == element.type && last_->id == element.id) return false;
-  if (last_ && (element.type < last_->type || (element.type == last_->type &&
-                                               fileOrder(element.id) < fileOrder(last_->id)))) {
+  if (last_ && (element.type < last_->type ||
+                (element.type == last_->type && fileOrder(element.id) < fileOrder(last_->id)))) {
     auto const named = [](Element const& which) {
       return support::ustring_to_utf8(OpenStreetMap::elementNameByType.at(which.type)) + ' ' +
              std::to_string(which.id);

@@ -11,10 +11,11 @@ void RelationBatch::tellTo(ElementSink& sink) const {
   std::uint64_t member = 0;
   for (std::size_t relation = 0; relation < ids.size(); ++relation) {
     sink.begin({ElementType::relation, ids[relation]});
-    for (; tag < tagEnds[relation]; tag += 2) sink.addTag(strings[tags[tag]], strings[tags[tag + 1]]);
+    for (; tag < tagEnds[relation]; tag += 2)
+      sink.addTag(strings[tags[tag]], strings[tags[tag + 1]]);
     for (; member < memberEnds[relation]; ++member) {
-      sink.addMember({static_cast<ElementType>(memberTypes[member]), members[member],
-                      strings[roles[member]]});
+      sink.addMember(
+          {static_cast<ElementType>(memberTypes[member]), members[member], strings[roles[member]]});
     }
     sink.end();
   }

@@ -22,12 +22,12 @@ struct CutWays {
 /// `batch` is by ascending id, and the places of its nodes are known.
 CutWays cutWays(WayBatch const& batch);
 
-/// Of nodes at which two roads meet, each of which is there twice, and of the ids of these roads: of
-/// each the smallest id among all that it continues, from road to road.
+/// Of nodes at which two roads meet, each of which is there twice, and of the ids of these roads:
+/// of each the smallest id among all that it continues, from road to road.
 std::vector<std::int64_t> joinChains(std::span<OpenStreetMap::Id const> nodes,
                                      std::span<std::int64_t const> roads);
 
-/// The ways that these roads are pieces of, with everything that makes roads of them. `roads` ascend
-/// and count from 0, `ids` are those in the whole network.
+/// The ways that these roads are pieces of, with everything that makes roads of them. `roads`
+/// ascend and count from 0, `ids` are those in the whole network.
 WayBatch waysOfRoads(WayBatch const& batch, std::span<std::uint32_t const> roadEnds,
                      std::span<std::int64_t const> roads, std::span<std::int64_t const> ids);

@@ -31,8 +31,7 @@ void WayBatch::tellTo(ElementSink& sink) const {
   }
 }
 
-void WayBatchMaker::add(Id id, OpenStreetMap::TagMap const& tags,
-                        std::span<Id const> references) {
+void WayBatchMaker::add(Id id, OpenStreetMap::TagMap const& tags, std::span<Id const> references) {
   batch_.ids.push_back(id);
   for (auto const& [key, value] : tags) {
     batch_.tags.push_back(texts_.of(&key));

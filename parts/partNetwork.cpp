@@ -70,8 +70,7 @@ PartNetwork partNetwork(ImportOptions const& options, std::span<WayBatch const> 
   return network;
 }
 
-RestrictionColumns partRestrictions(ImportOptions const& options,
-                                    std::span<WayBatch const> batches,
+RestrictionColumns partRestrictions(ImportOptions const& options, std::span<WayBatch const> batches,
                                     RelationBatch const& relations) {
   PartImport part(options, batches, &relations);
   part.makeRoads();

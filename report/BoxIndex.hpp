@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "report/segmentCrossing.hpp"
+#include "support/Progress.hpp"
 
 /// Boxes along the axes, each with a number, in a tree that is built in one go. Coordinates are
 /// kept as floats, outwards: boxes that come near to touching may count as overlapping.
@@ -34,7 +35,9 @@ class BoxIndex {
     return {{below(low.x), below(low.y)}, {above(high.x), above(high.y)}};
   }
 
-  explicit BoxIndex(std::vector<Entry> const& entries) : tree_(entries) {}
+  /// Polls `steps`, which must outlive the index, with whatever boxes it looks at.
+  BoxIndex(std::vector<Entry> const& entries, support::Steps& steps)
+      : tree_(entries, Parameters(), BoxOf{&steps}) {}
 
   /// Calls `action` with each entry whose box overlaps this one.
   template <class Action>
@@ -49,5 +52,15 @@ class BoxIndex {
   }
 
  private:
-  boost::geometry::index::rtree<Entry, boost::geometry::index::linear<16>> tree_;
+  using Parameters = boost::geometry::index::linear<16>;
+  struct BoxOf {
+    using result_type = Box const&;
+    Box const& operator()(Entry const& entry) const {
+      steps->poll();
+      return entry.first;
+    }
+    support::Steps* steps;
+  };
+
+  boost::geometry::index::rtree<Entry, Parameters, BoxOf> tree_;
 };

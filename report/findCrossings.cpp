@@ -80,14 +80,17 @@ void findCrossings(RoadNetworkImporter const& importer, RoadGraph const& graph,
   };
   report.crossingsAreAll = forEachLineCrossing(importer, graph, add);
   // At a point of a line two of its segments cross the other, and there may be more finds of one.
-  std::sort(crossings.begin(), crossings.end(), [](Crossing const& a, Crossing const& b) {
-    return std::tuple_cat(a.place(), std::tuple(a.apart, a.onOne.segment, a.onOther.segment)) <
-           std::tuple_cat(b.place(), std::tuple(b.apart, b.onOne.segment, b.onOther.segment));
-  });
+  support::Steps steps(importer.progress(), support::Stage::checkingCrossings, crossings.size());
+  std::sort(
+      crossings.begin(), crossings.end(), steps.polling([](Crossing const& a, Crossing const& b) {
+        return std::tuple_cat(a.place(), std::tuple(a.apart, a.onOne.segment, a.onOther.segment)) <
+               std::tuple_cat(b.place(), std::tuple(b.apart, b.onOne.segment, b.onOther.segment));
+      }));
   crossings.erase(std::unique(crossings.begin(), crossings.end(),
                               [](auto const& a, auto const& b) { return a.place() == b.place(); }),
                   crossings.end());
   for (Crossing const& crossing : crossings) {
+    steps.step();
     Way const* const one = wayAt(*crossing.one, crossing.onOne.segment, importer);
     Way const* const other = wayAt(*crossing.other, crossing.onOther.segment, importer);
     auto const kind =
@@ -99,4 +102,5 @@ void findCrossings(RoadNetworkImporter const& importer, RoadGraph const& graph,
                 .points = {crossing.position},
                 .metres = crossing.apart});
   }
+  steps.finish();
 }

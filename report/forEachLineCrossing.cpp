@@ -82,11 +82,10 @@ class Search {
     support::Steps steps(progress_, support::Stage::findingCrossings, boxes);
 
     std::vector<std::pair<Runs const*, BoxIndex>> indexes;
-    indexes.emplace_back(&runs_, BoxIndex(runs_.boxes));
+    indexes.emplace_back(&runs_, BoxIndex(runs_.boxes, steps));
     indexes.front().second.forEach([&](BoxIndex::Entry const& entry) {
       steps.step();
       forEachOverlap(indexes.front().second, entry.first, [&](BoxIndex::Entry const& other) {
-        steps.poll();
         if (other.second > entry.second) {
           compare(runs_.runs[entry.second], runs_.runs[other.second], other.first);
         }
@@ -97,12 +96,11 @@ class Search {
         steps.step();
         for (auto const& [runs, index] : indexes) {
           forEachOverlap(index, box, [&, run = spokes.runs[number], r = runs](auto const& other) {
-            steps.poll();
             compare(run, r->runs[other.second], other.first);
           });
         }
       }
-      indexes.emplace_back(&spokes, BoxIndex(spokes.boxes));
+      indexes.emplace_back(&spokes, BoxIndex(spokes.boxes, steps));
     }
     return effort_ > 0;
   }

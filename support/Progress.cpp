@@ -12,6 +12,8 @@ std::string_view nameOf(Stage stage) {
       return "selecting ways";
     case Stage::namingWays:
       return "naming ways";
+    case Stage::findingJunctions:
+      return "finding junctions";
     case Stage::makingNodes:
       return "making Nodes";
     case Stage::makingRoads:
@@ -44,6 +46,8 @@ std::string_view nameOf(Stage stage) {
       return "cutting lines";
     case Stage::findingCrossings:
       return "finding crossings";
+    case Stage::checkingCrossings:
+      return "checking crossings";
     case Stage::findingIslands:
       return "finding islands";
     case Stage::findingTraps:

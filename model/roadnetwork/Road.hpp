@@ -62,6 +62,10 @@ class RoadImpl : public kb::zero::ModelElementImpl {
     __builtin_prefetch(&*centersX_);
     __builtin_prefetch(&*centersY_);
   }
+  void prefetchSegments() const noexcept { roadSegments_.prefetch(); }
+  void prefetchElevations() const noexcept {
+    if (roadSegments_.size() > 0) __builtin_prefetch(&segment(0).getElevations());
+  }
 
   /// The centre line, from the start node to the end node: the latitudes (X) and longitudes (Y) of
   /// its points in degrees (WGS 84). Throws std::invalid_argument when the two differ in length.

@@ -79,10 +79,12 @@ void RoadNetworkImpl::addNodes(std::vector<ModelId> const& ids,
     throw std::invalid_argument("addNodes: ids, names and positions of different length");
   }
   auto const add = [&](std::size_t i) {
-    if (nodes_.contains(ids[i])) return;
-    Node const node =
-        makeNode(ids[i], {positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]});
-    takeIn(node, &names[i]);
+    if (!nodes_.contains(ids[i])) {
+      Node const node =
+          makeNode(ids[i], {positions[3 * i], positions[3 * i + 1], positions[3 * i + 2]});
+      takeIn(node, &names[i]);
+    }
+    if (nodeWatcher_) nodeWatcher_();
   };
   if (std::is_sorted(ids.begin(), ids.end())) {
     for (std::size_t i = 0; i < ids.size(); ++i) add(i);

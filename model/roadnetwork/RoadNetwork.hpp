@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "model/roadnetwork/GeoReference.hpp"
@@ -53,6 +55,10 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
                         std::vector<std::u16string> const& names,
                         std::vector<double> const& positions);
 
+  /// From now on `addNodes` calls this after each Node, new or not; an empty one ends that. What it
+  /// throws ends `addNodes`, and the Nodes that were made by then stay.
+  void setNodeWatcher(std::function<void()> watcher) { nodeWatcher_ = std::move(watcher); }
+
   /// Makes one Node whose name is its id, or gives the one that has the id already. Throws like
   /// `addNodes`.
   Node addNode(support::ModelId id, std::array<double, 3> const& position);
@@ -76,6 +82,7 @@ class RoadNetworkImpl : public kb::zero::ModelElementImpl {
   NodeMap nodes_;
   std::vector<Road> roads_;
   GeoReference geoReference_;
+  std::function<void()> nodeWatcher_;
 };
 
 class RoadNetwork : public kb::zero::Handle<RoadNetworkImpl> {

@@ -136,8 +136,8 @@ PbfFile::PbfFile(ByteSource& source, ElementSink& sink, Place const& from)
 bool PbfFile::take(Blob& blob, TakeData takeData) {
   if (failed_) return false;
   blob.isHeader = blob.isData = false;
-  blob.place = "blob " + std::to_string(place_.blobs + 1) + " at byte " +
-               std::to_string(place_.position);
+  blob.place =
+      "blob " + std::to_string(place_.blobs + 1) + " at byte " + std::to_string(place_.position);
   bool isThere = true;
   guarded(blob, [&] {
     std::optional<std::size_t> const headerSize = readHeaderSize();

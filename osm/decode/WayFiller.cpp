@@ -45,7 +45,7 @@ bool isOfType(TagMap const& relation, std::u16string_view wanted) {
 
 WayNodes WayFiller::takeNodes(support::Progress const& progress) {
   support::Steps steps(progress, support::Stage::placingNodes, references_.size() + nodes_.size());
-  ids_.assignNumbers();
+  ids_.assignNumbers(steps);
   auto reference = references_.begin();
   for (Way const& way : ways_) {
     for (Id const id : way.nodeReferences) {

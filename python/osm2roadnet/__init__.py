@@ -3,7 +3,7 @@
 >>> import osm2roadnet as rn
 >>> net = rn.read("examples/harbour-town.osm")
 >>> len(net)
-113
+130
 """
 
 from osm2roadnet.columns import Columns, Lists, Texts
@@ -11,6 +11,15 @@ from osm2roadnet.errors import ReadError
 from osm2roadnet.network import Network
 from osm2roadnet.read import read
 from osm2roadnet.report import Report
-from osm2roadnet.version import version as __version__
 
 __all__ = ["Columns", "Lists", "Network", "ReadError", "Report", "Texts", "__version__", "read"]
+
+__version__: str
+
+
+def __getattr__(name: str) -> str:
+    if name != "__version__":
+        raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
+    from importlib.metadata import version
+
+    return version(__name__)

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from collections.abc import Callable, Iterator, Mapping, Sequence
+from collections.abc import Callable, Collection, Iterator, Mapping, Sequence
 from typing import TYPE_CHECKING, Any, Literal, overload
 
 import numpy as np
@@ -37,9 +37,9 @@ class Texts(Sequence["str | None"]):
     >>> import osm2roadnet as rn
     >>> roads = rn.read("examples/harbour-town.osm").roads
     >>> roads["highway"][0], len(roads["highway"])
-    ('primary', 113)
+    ('motorway', 130)
     >>> float(roads["length"][roads["highway"] == "motorway"].sum().round())
-    2399.0
+    2940.0
 
     Attributes:
         codes: int32, for each row the position of its text in ``categories``, -1 for none.
@@ -198,6 +198,9 @@ class Columns(Mapping[str, Any]):
     def __init__(self, rows: int, columns: Mapping[str, Any | Callable[[], Any]]) -> None:
         self.rows = rows
         self._columns = dict(columns)
+        for column in columns.values():
+            if isinstance(column, np.ndarray):
+                frozen(column)
 
     @overload
     def __getitem__(self, name: FloatColumn) -> NDArray[np.float64]: ...
@@ -212,7 +215,7 @@ class Columns(Mapping[str, Any]):
     def __getitem__(self, name: str) -> Any:
         column = self._columns[name]
         if callable(column):
-            column = self._columns[name] = column()
+            column = self._columns[name] = frozen(column())
         return column
 
     def __iter__(self) -> Iterator[str]:
@@ -238,6 +241,17 @@ class Columns(Mapping[str, Any]):
 def texts_of(triples: Mapping[str, Triple]) -> dict[str, Texts]:
     """The columns of texts that the compiled module gives."""
     return {name: Texts(*triple) for name, triple in triples.items()}
+
+
+def untaken(names: Collection[str], taken: Collection[str]) -> dict[str, str]:
+    """These names by what they are called: with "osm_" before those that are taken."""
+    called = {}
+    for known in names:
+        name = known
+        while name.lower() in taken or (name != known and name in names):
+            name = "osm_" + name
+        called[name] = known
+    return called
 
 
 def _same(a: Any, b: Any) -> bool:

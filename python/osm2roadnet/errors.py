@@ -19,10 +19,16 @@ class ReadError(OSError):
     """
 
     def __init__(self, filename: str, place: str, reason: str) -> None:
-        super().__init__(filename, place, reason)
+        super().__init__(reason)
         self.filename = filename
         self.place = place
         self.reason = reason
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return ReadError, (self.filename, self.place, self.reason)
+
+    def __repr__(self) -> str:
+        return f"ReadError({self.filename!r}, {self.place!r}, {self.reason!r})"
 
     def __str__(self) -> str:
         return ": ".join(part for part in (self.filename, self.place, self.reason) if part)

@@ -11,10 +11,13 @@ import numpy as np
 from osm2roadnet.columns import Lists, Texts
 from osm2roadnet.errors import require
 from osm2roadnet.geo import CRS, points_of
-from osm2roadnet.outputs import output
+from osm2roadnet.outputs import output, refuse_existing
+from osm2roadnet.styles import add_styles
 
 if TYPE_CHECKING:
     from osm2roadnet.network import Network
+
+ATTRIBUTION = "\N{COPYRIGHT SIGN} OpenStreetMap contributors, ODbL-1.0"
 
 #: The formats by the endings of their names.
 FORMATS = {name: name for name in "json geojson geojsonl gpkg fgb gmns graphml".split()}
@@ -23,18 +26,21 @@ FORMATS["ndjson"] = "geojsonl"
 
 def to_file(network: Network, path: Any, format: str | None, overwrite: bool) -> None:
     """See `Network.to_file`."""
-    path = os.fspath(path)
-    ending = Path(path).suffix[1:] if format is None else format
+    path = Path(os.fsdecode(path))
+    ending = path.suffix[1:] if format is None else format
     known = FORMATS.get(ending.lower())
     if known is None:
         raise ValueError(f'there is no format "{ending}"; there are {", ".join(FORMATS)}')
     if known in ("gpkg", "fgb"):
         _write_layers(network, path, known == "gpkg", overwrite)
     else:
-        network.core("only gpkg and fgb can be written").write(path, known, overwrite)
+        if not overwrite:
+            refuse_existing(path)
+        imported = network.imported("only gpkg and fgb can be written")
+        imported.write(str(path), known, overwrite)
 
 
-def _write_layers(network: Network, path: str, is_one_file: bool, overwrite: bool) -> None:
+def _write_layers(network: Network, path: Path, is_one_file: bool, overwrite: bool) -> None:
     pyogrio = require("pyogrio", "files")
     arrow = require("osm2roadnet.arrow", "files")
     layers = {
@@ -44,18 +50,24 @@ def _write_layers(network: Network, path: str, is_one_file: bool, overwrite: boo
     }
     files = [] if is_one_file else [f"{name}.fgb" for name in layers]
     with output(path, overwrite, files) as unfinished:
+        target = unfinished
         for name, (columns, geometry, kind) in layers.items():
+            if not is_one_file:
+                target = unfinished / f"{name}.fgb"
             table = arrow.plain(arrow.table_of(_as_stored(columns)))
             pyogrio.write_arrow(
                 table.append_column("geometry", arrow.binary_array(geometry, kind)),
-                unfinished if is_one_file else unfinished / f"{name}.fgb",
+                target,
                 layer=name,
                 driver="GPKG" if is_one_file else "FlatGeobuf",
-                append=is_one_file and unfinished.exists(),
+                append=target.exists(),
                 geometry_name="geometry",
                 geometry_type=f"{kind} Z",
                 crs=CRS,
+                layer_options={"DESCRIPTION": ATTRIBUTION},
             )
+        if is_one_file:
+            add_styles(unfinished, layers)
 
 
 def _as_stored(columns: dict[str, Any]) -> dict[str, Any]:
@@ -64,7 +76,7 @@ def _as_stored(columns: dict[str, Any]) -> dict[str, Any]:
     stored = dict(columns)
     for name, column in columns.items():
         if isinstance(column, Lists):
-            stored[name] = pa.array(column.to_texts(), pa.string())
+            stored[name] = pa.array(column.to_texts(), pa.string(), mask=column.sizes == 0)
         elif not isinstance(column, Texts) and column.dtype == np.uint8:
             stored[name] = column.astype(np.int32)
     return stored

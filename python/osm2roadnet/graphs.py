@@ -10,10 +10,9 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 
 from osm2roadnet.collector import paused
-from osm2roadnet.columns import Columns, Lists, Texts
+from osm2roadnet.columns import Columns, Lists, Texts, untaken
 from osm2roadnet.errors import require
 from osm2roadnet.geo import shapely_lines
-from osm2roadnet.version import version
 
 if TYPE_CHECKING:
     from collections.abc import Sequence
@@ -112,13 +111,8 @@ def edge_attributes(
         "length": roads["length"][edges.roads].tolist(),
     }
     taken = {*always, "geometry", "key", "source", "target", "u", "v", "weight"}
-    sometimes = {"name": roads["name"]}
-    for tag in network.tags:
-        name = tag
-        while name.lower() in taken or (name != tag and name in network.tags):
-            name = "osm_" + name
-        sometimes[name] = roads[tag]
-    return always, sometimes
+    tags = {name: roads[tag] for name, tag in untaken(network.tags, taken).items()}
+    return always, {"name": roads["name"], **tags}
 
 
 def _dicts(columns: dict[str, list[Any]]) -> list[dict[str, Any]]:
@@ -133,10 +127,12 @@ def _add(dicts: list[dict[str, Any]], name: str, rows: NDArray[np.intp], values:
 
 def to_networkx(network: Network) -> nx.MultiDiGraph[int]:
     """See `Network.to_networkx`."""
+    from importlib.metadata import version
+
     networkx = require("networkx", "graphs")
     nodes, edges = network.nodes, Edges(network)
     graph: nx.MultiDiGraph[int] = networkx.MultiDiGraph(
-        crs="epsg:4326", simplified=True, created_with=f"osm2roadnet {version}"
+        crs="epsg:4326", simplified=True, created_with=f"osm2roadnet {version('osm2roadnet')}"
     )
     with paused():
         ids = nodes["id"].astype(object)

@@ -7,7 +7,7 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 
 from osm2roadnet import files, graphs, pictures
-from osm2roadnet.columns import Columns, Lists, texts_of
+from osm2roadnet.columns import Columns, Lists, texts_of, untaken
 from osm2roadnet.errors import require
 from osm2roadnet.report import Report
 
@@ -43,7 +43,7 @@ class Network:
 
         roads: columns, one row a road:
 
-            - ``id``: int64, counts from 1
+            - ``id``: int64, ascending; where roads were joined some numbers are missing
             - ``name``, ``highway``: `Texts`, the tags
             - ``direction``: uint8, 1 from start to end node, 2 from end to start, 3 both
             - ``start_node``, ``end_node``: int64, ids of nodes, in the order of the centre line
@@ -57,7 +57,6 @@ class Network:
 
         source: what was read.
         join, oneway: how it was read.
-        tags: the names of the columns of ``roads`` that are tags.
         limits: the least and greatest latitude, then the same of longitude; None if unknown.
         reference: latitude, longitude and altitude of the origin of the network.
         counts: how many elements there were in the file and what became of them.
@@ -65,8 +64,9 @@ class Network:
     >>> import osm2roadnet as rn
     >>> net = rn.read("examples/harbour-town.osm")
     >>> net
-    <Network of examples/harbour-town.osm: 82 nodes, 124 roads, 3 turn restrictions>
-    >>> net.roads["length"].sum().round(), net.roads["name"][0]
+    <Network of examples/harbour-town.osm: 99 nodes, 130 roads, 0 turn restrictions>
+    >>> float(net.roads["length"].sum().round())
+    21523.0
     """
 
     __hash__ = None  # type: ignore[assignment]
@@ -76,8 +76,7 @@ class Network:
         self.join = join
         self.oneway = oneway
         self.nodes = Columns(len(core.nodes["id"]), core.nodes)
-        self.roads = _road_columns(core)
-        self.tags = [name for name in core.texts if name not in ("name", "highway")]
+        self.roads, self._tags = _road_columns(core)
         self.limits = core.limits
         self.reference = core.reference
         self.counts = core.counts
@@ -85,6 +84,14 @@ class Network:
         self._core: Import | None = core
         self._restrictions: Columns | None = None
         self._report: Report | None = None
+
+    @property
+    def tags(self) -> list[str]:
+        """The names of the columns of ``roads`` that are tags.
+
+        One that is like the name of another column has ``osm_`` before it.
+        """
+        return list(self._tags)
 
     @property
     def restrictions(self) -> Columns:
@@ -96,7 +103,7 @@ class Network:
         ``via_road_ids``: `Lists` of int64, the nodes on the way and the roads between them.
         """
         if self._restrictions is None:
-            self._restrictions = _restriction_columns(self.core("").restrictions)
+            self._restrictions = _restriction_columns(self.imported("").restrictions)
         return self._restrictions
 
     @property
@@ -107,10 +114,10 @@ class Network:
             RuntimeError: if the network was unpickled and nobody had asked before.
         """
         if self._report is None:
-            self._report = Report(self.core("its report was not asked for before").report())
+            self._report = Report(self.imported("its report was not asked for before").report())
         return self._report
 
-    def core(self, why: str) -> Import:
+    def imported(self, why: str) -> Import:
         """The import, which a network that was unpickled lacks."""
         if self._core is None:
             raise RuntimeError(
@@ -129,8 +136,9 @@ class Network:
     def road_columns(self) -> dict[str, Any]:
         """The columns of roads that the exchange formats have, under their names and in order."""
         names = "name highway direction start_node end_node length osm_way_ids".split()
-        columns = {name: self.roads[name] for name in (*names, *self.tags)}
-        return {"road_id": self.roads["id"], **columns}
+        columns = {name: self.roads[name] for name in names}
+        tags = {known: self.roads[name] for name, known in self._tags.items()}
+        return {"road_id": self.roads["id"], **columns, **tags}
 
     def to_geopandas(self) -> tuple[gpd.GeoDataFrame, gpd.GeoDataFrame]:
         """Nodes and roads as GeoDataFrames in EPSG:4326, with elevations.
@@ -193,8 +201,9 @@ class Network:
     ) -> None:
         """Writes roads, and nodes if there is a second path, as GeoParquet 1.1.
 
-        The columns are those of `to_geopandas`, and the box around each geometry, by which
-        readers leave out what they don't need. Needs ``osm2roadnet[arrow]``.
+        The columns are those of `to_geopandas`, ``osm_way_ids`` as a list, and the box around
+        each geometry, by which readers leave out what they do not need.
+        Needs ``osm2roadnet[arrow]``.
 
         Raises:
             FileExistsError: if a file exists, unless `overwrite` is true.
@@ -220,16 +229,19 @@ class Network:
         """
         files.to_file(self, path, format, overwrite)
 
-    def plot(self, ax: Axes | None = None, *, oneways: bool = False) -> Axes:
-        """Draws the roads with Matplotlib, wide and dark as their class asks.
+    def plot(
+        self, ax: Axes | None = None, *, color: str | None = None, oneways: bool = False
+    ) -> Axes:
+        """Draws the roads with Matplotlib, in widths and colours of their classes.
 
         Args:
             ax: where to; by default a new figure.
+            color: one for all roads, as a ground to draw on.
             oneways: whether to draw arrows on one-way roads.
 
         Needs ``osm2roadnet[plot]``.
         """
-        axes: Axes = require("osm2roadnet.plots", "plot").plot(self, ax, oneways)
+        axes: Axes = require("osm2roadnet.plots", "plot").plot(self, ax, color, oneways)
         return axes
 
     def __len__(self) -> int:
@@ -267,7 +279,8 @@ class Network:
         return pictures.html(self)
 
 
-def _road_columns(core: Import) -> Columns:
+def _road_columns(core: Import) -> tuple[Columns, dict[str, str]]:
+    """The columns, and of the tags what the exchange formats call them."""
     roads, texts = core.roads, texts_of(core.texts)
     columns = {
         "id": roads["id"],
@@ -277,10 +290,11 @@ def _road_columns(core: Import) -> Columns:
         "length": core.lengths,
         "weight": roads["weight"],
         "osm_way_ids": Lists(*core.ways),
-        **texts,
-        "geometry": Lists(*core.lines),
     }
-    return Columns(len(roads["id"]), columns)
+    tags = untaken(texts, columns)
+    columns |= {name: texts[known] for name, known in tags.items()}
+    columns["geometry"] = Lists(*core.lines)
+    return Columns(len(roads["id"]), columns), tags
 
 
 def _restriction_columns(columns: dict[str, Any]) -> Columns:

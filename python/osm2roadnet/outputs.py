@@ -21,7 +21,7 @@ def output(path: Any, overwrite: bool, files: Collection[str] = ()) -> Iterator[
         FileExistsError: if there is an output and `overwrite` is false, or if there is a folder
             that holds anything but such files.
     """
-    path = Path(os.path.abspath(os.fspath(path)))
+    path = Path(os.path.realpath(os.fsdecode(path)))
     _check(path, overwrite, files)
     with tempfile.TemporaryDirectory(prefix=".osm2roadnet-", dir=path.parent) as folder:
         unfinished = Path(folder, path.name)
@@ -34,14 +34,14 @@ def output(path: Any, overwrite: bool, files: Collection[str] = ()) -> Iterator[
         unfinished.replace(path)
 
 
-def _check(path: Path, overwrite: bool, files: Collection[str]) -> None:
-    if not os.path.lexists(path):
-        return
-    if path.is_dir():
-        names = {entry.name for entry in path.iterdir()}
-        if not files or not names <= set(files):
-            raise FileExistsError(errno.EEXIST, "is a folder that holds other files", str(path))
-        if not names:
-            return
-    if not overwrite:
+def refuse_existing(path: Path) -> None:
+    """Raises FileExistsError if there is anything but an empty folder."""
+    if os.path.lexists(path) and not (path.is_dir() and not any(path.iterdir())):
         raise FileExistsError(errno.EEXIST, "exists; overwrite=True replaces it", str(path))
+
+
+def _check(path: Path, overwrite: bool, files: Collection[str]) -> None:
+    if path.is_dir() and not (files and {entry.name for entry in path.iterdir()} <= set(files)):
+        raise FileExistsError(errno.EEXIST, "a folder that holds other files", str(path))
+    if not overwrite:
+        refuse_existing(path)

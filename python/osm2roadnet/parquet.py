@@ -30,11 +30,12 @@ def write_parquet(network: Network, roads: Any, nodes: Any, overwrite: bool) -> 
 
 def _write(path: Any, overwrite: bool, columns: dict[str, Any], lines: Lists, kind: str) -> None:
     boxes = _boxes(lines)
+    box = "geometry_bbox" if "bbox" in columns else "bbox"  # which may be a tag
     column: dict[str, Any] = {
         "encoding": "WKB",
         "geometry_types": [f"{kind} Z"],
         "crs": WGS84,
-        "covering": {"bbox": {side: ["bbox", side] for side in boxes}},
+        "covering": {"bbox": {side: [box, side] for side in boxes}},
     }
     if len(lines) > 0:
         column["bbox"] = extent(lines.values)
@@ -42,7 +43,7 @@ def _write(path: Any, overwrite: bool, columns: dict[str, Any], lines: Lists, ki
     table = (
         plain(table_of(columns))
         .append_column("geometry", binary_array(lines, kind))
-        .append_column("bbox", pa.StructArray.from_arrays(list(boxes.values()), list(boxes)))
+        .append_column(box, pa.StructArray.from_arrays(list(boxes.values()), list(boxes)))
         .replace_schema_metadata({"geo": json.dumps(geo)})
     )
     with output(path, overwrite) as unfinished:

@@ -32,7 +32,7 @@ _STYLES = [
 ]
 
 
-def plot(network: Network, ax: Axes | None, oneways: bool) -> Axes:
+def plot(network: Network, ax: Axes | None, color: str | None, oneways: bool) -> Axes:
     """See `Network.plot`."""
     if ax is None:
         _, ax = plt.subplots(figsize=(8, 8), facecolor=_PAPER, layout="constrained")
@@ -41,13 +41,13 @@ def plot(network: Network, ax: Axes | None, oneways: bool) -> Axes:
     rank = ranks(network.roads["highway"])
     for value in np.unique(rank)[::-1].tolist():
         roads = np.flatnonzero(rank == value)
-        width, color = _STYLES[value]
+        width, own_color = _STYLES[value]
         points = map(slice, lines.offsets[roads].tolist(), lines.offsets[roads + 1].tolist())
         ax.add_collection(
             LineCollection(
                 list(map(places.__getitem__, points)),
                 linewidths=width,
-                colors=color,
+                colors=color or own_color,
                 capstyle="round",
                 joinstyle="round",
                 zorder=2 - value / len(_STYLES),

@@ -14,10 +14,6 @@ from osm2roadnet.progress import shown
 if TYPE_CHECKING:
     Source = str | os.PathLike[str] | BinaryIO | bytes | bytearray | memoryview
 
-_JOINS = ("compatible", "all", "none")
-_ONEWAYS = ("implied", "tagged")
-_MOST_THREADS = 1024
-
 
 def read(
     source: Source,
@@ -58,48 +54,20 @@ def read(
     >>> rn.read("examples/harbour-town.osm", join="all", tags=["surface", "lit"]).tags
     ['surface', 'lit']
     """
-    _check_choice("join", join, _JOINS)
-    _check_choice("oneway", oneway, _ONEWAYS)
-    keys = None if tags is None else _checked_tags(tags)
-    count = _checked_threads(threads)
+    keys = tags.split(",") if isinstance(tags, str) else tags
     if not (progress is None or isinstance(progress, bool) or callable(progress)):
         raise TypeError(f"progress is True or can be called, not {progress!r}")
     name = _name_of(source)
     with shown(progress) as report:
-        core = _core.read(_readable(source, name), join, oneway, keys, count, report)
+        core = _core.read(
+            _readable(source, name),
+            join,
+            oneway,
+            None if keys is None else list(keys),
+            threads or 0,
+            report,
+        )
     return Network(core, name, join, oneway)
-
-
-def _check_choice(name: str, value: object, choices: tuple[str, ...]) -> None:
-    if not isinstance(value, str):
-        raise TypeError(f"{name} is a text, not {value!r}")
-    if value not in choices:
-        raise ValueError(f'{name} is one of {", ".join(choices)}, not "{value}"')
-
-
-def _checked_tags(tags: Iterable[str]) -> list[str]:
-    keys = []
-    for tag in tags.split(",") if isinstance(tags, str) else tags:
-        if not isinstance(tag, str):
-            raise TypeError(f"tags are texts, not {tag!r}")
-        key = tag.strip(" \t\n\r\v\f")
-        if key in keys:
-            raise ValueError(f'tags: "{key}" stands there twice')
-        if key in ("highway", "name"):
-            raise ValueError(f'tags: "{key}" is always there')
-        if key:
-            keys.append(key)
-    return keys
-
-
-def _checked_threads(threads: int | None) -> int:
-    if threads is None:
-        return 0
-    if not isinstance(threads, int) or isinstance(threads, bool):
-        raise TypeError(f"threads is a whole number, not {threads!r}")
-    if not 1 <= threads <= _MOST_THREADS:
-        raise ValueError(f"threads is from 1 to {_MOST_THREADS}, not {threads}")
-    return threads
 
 
 def _name_of(source: Any) -> str:
