@@ -9,28 +9,29 @@
 class NodeUse {
  public:
   NodeUse() = default;
-  explicit NodeUse(std::uint8_t bits) noexcept : ends_(bits >> 4), passes_(bits & 15) {}
-  /// All of it in eight bits, for those who send it elsewhere.
-  std::uint8_t bits() const noexcept { return static_cast<std::uint8_t>(ends_ << 4 | passes_); }
+  explicit NodeUse(std::uint8_t bits) noexcept : bits_(bits) {}
+  /// All of it, for those who send it elsewhere.
+  std::uint8_t bits() const noexcept { return bits_; }
 
-  void addEnd() noexcept { *this += NodeUse(1, 0); }
-  void addPass() noexcept { *this += NodeUse(0, 1); }
+  void addEnd() noexcept { *this += NodeUse(anEnd); }
+  void addPass() noexcept { *this += NodeUse(1); }
   NodeUse& operator+=(NodeUse other) noexcept {
-    ends_ = std::min<std::uint8_t>(many, static_cast<std::uint8_t>(ends_ + other.ends_));
-    passes_ = std::min<std::uint8_t>(many, static_cast<std::uint8_t>(passes_ + other.passes_));
+    unsigned const ends = std::min(many, this->ends() + other.ends());
+    unsigned const passes = std::min(many, this->passes() + other.passes());
+    bits_ = static_cast<std::uint8_t>(ends * anEnd + passes);
     return *this;
   }
 
-  bool isJunction() const noexcept { return ends_ > 0 || passes_ > 1; }
+  bool isJunction() const noexcept { return ends() > 0 || passes() > 1; }
   /// Whether two ends of roads meet there and nothing else.
-  bool isContinuation() const noexcept { return ends_ == 2 && passes_ == 0; }
+  bool isContinuation() const noexcept { return ends() == 2 && passes() == 0; }
 
  private:
-  static constexpr std::uint8_t many = 3;
+  static constexpr unsigned many = 3;
+  static constexpr std::uint8_t anEnd = 16;
 
-  NodeUse(std::uint8_t ends, std::uint8_t passes) noexcept : ends_(ends), passes_(passes) {}
+  unsigned ends() const noexcept { return bits_ / anEnd; }
+  unsigned passes() const noexcept { return bits_ % anEnd; }
 
-  std::uint8_t ends_ : 4 = 0;
-  std::uint8_t passes_ : 4 = 0;
+  std::uint8_t bits_ = 0;
 };
-static_assert(sizeof(NodeUse) == 1);

@@ -21,6 +21,7 @@
 #include "parts/selectRoads.hpp"
 #include "python/core/arrays.hpp"
 #include "python/core/chosenOptions.hpp"
+#include "python/core/columnTables.hpp"
 #include "tags/keys.hpp"
 
 namespace nb = nanobind;

@@ -1,0 +1,1 @@
+"""Networks that no one machine can hold."""

@@ -1,0 +1,1 @@
+"""The network that `osm2roadnet.distributed.read` returns."""

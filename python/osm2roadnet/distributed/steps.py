@@ -1,0 +1,297 @@
+"""What workers do with the parts of a file. Arrays go in and come out.
+
+Whoever has nodes or ways of a file is meant by *part*; of what a step gives to the other parts it
+makes a list, an item a part.
+"""
+
+from __future__ import annotations
+
+from collections.abc import Sequence
+from types import SimpleNamespace
+from typing import Any
+
+import numpy as np
+import pyarrow as pa
+from numpy.typing import NDArray
+
+from osm2roadnet._core import parts
+from osm2roadnet.arrow import table_of
+from osm2roadnet.distributed.ids import Ids, concatenated, first_numbers, in_file_order, split
+from osm2roadnet.distributed.plan import Place
+from osm2roadnet.network import restriction_columns, road_columns
+
+Array = NDArray[Any]
+Seams = NDArray[np.uint64]
+#: join, oneway, tags
+Options = tuple[str, str, "list[str] | None"]
+Made = dict[str, Any]
+
+
+def decode_relations(place: Place, options: Options, node_seams: Seams, way_seams: Seams) -> Made:
+    """The turn restrictions of a part, and whom they name in which parts."""
+    batch, via_nodes, ways, via_ways, count = parts.decode_relations(place, options)
+    return {
+        "batch": batch,
+        "via nodes": split(in_file_order([via_nodes]), node_seams),
+        "ways": split(in_file_order([ways]), way_seams),
+        "via ways": split(in_file_order([via_ways]), way_seams),
+        "counts": {"relations": count},
+    }
+
+
+def decode_ways(
+    place: Place, options: Options, via_ways: Sequence[Ids], node_seams: Seams
+) -> Made:
+    """The ways of a part that are roads by their tags, the nodes that they need, and the ends of
+    the ways that turn restrictions go over.
+    """
+    batch, nodes, ends, count, highways, roads = parts.decode_ways(
+        place, options, in_file_order(via_ways)
+    )
+    return {
+        "batch": batch,
+        "nodes": split(nodes, node_seams),
+        "ends": split(in_file_order([ends]), node_seams),
+        "counts": {"ways": count, "highway_ways": highways, "roads_by_tags": roads},
+    }
+
+
+def find_nodes(place: Place, wanted: Sequence[Ids]) -> Made:
+    """Where the nodes of a part are that ways need."""
+    nodes = in_file_order(wanted)
+    lat, lon, count, limits, has_bounds = parts.decode_nodes(place, nodes)
+    rows = [parts.find_rows(nodes, ids) for ids in wanted]
+    return {
+        "nodes": (nodes, lat, lon),
+        "positions": [(lat[of_part], lon[of_part]) for of_part in rows],
+        "counts": {"nodes": count},
+        "limits": (limits, has_bounds),
+    }
+
+
+def select_roads(batch: Array, positions: Sequence[tuple[Array, Array]], seams: Seams) -> Made:
+    """The ways of a part that become roads, and how they use nodes."""
+    lat, lon = (concatenated(column, np.float64) for column in zip(*positions))
+    roads, nodes, uses, selected, missing = parts.select_roads(batch, lat, lon)
+    ids = split(nodes, seams)
+    ends = np.cumsum([len(some) for some in ids])[:-1]
+    return {
+        "batch": roads,
+        "uses": list(zip(ids, np.split(uses, ends))),
+        "counts": {"selected_ways": selected, "missing_nodes": missing},
+    }
+
+
+def find_junctions(
+    nodes: tuple[Ids, Array, Array],
+    uses: Sequence[tuple[Ids, Array]],
+    fixed: Sequence[Ids],
+    is_joined: bool,
+) -> Made:
+    """Which nodes of a part are junctions, and where roads may be joined."""
+    ids, lat, lon = nodes
+    places = parts.find_places(ids, list(uses), in_file_order(fixed) if is_joined else ids)
+    junctions = np.flatnonzero(places)
+    return {
+        "places": [places[parts.find_rows(ids, some)] for some, _ in uses],
+        "junctions": (ids[junctions], lat[junctions], lon[junctions]),
+        "counts": {"junctions": len(junctions)},
+    }
+
+
+def cut_ways(batch: Array, places: Sequence[Array]) -> Made:
+    """The ways of a part with the places where they are cut, and how their roads go on."""
+    batch, ways, road_ends, negative, roots, open_nodes, open_roads = parts.cut_ways(
+        batch, concatenated(places, np.uint8)
+    )
+    return {
+        "roads": {"batch": batch, "ways": ways, "ends": road_ends, "roots": roots},
+        "counts": (negative, len(roots) - negative),
+        "open": (open_nodes, open_roads),
+    }
+
+
+def number_roads(counts: Sequence[tuple[int, int]]) -> Made:
+    """The ids of the first roads of each part: of ways with negative ids, and of the others."""
+    return {"firsts": first_numbers(counts, 1), "counts": np.array(counts, np.int64)}
+
+
+def _ids_of(numbers: Made, part: int, roads: Array) -> Ids:
+    first_negative, first = numbers["firsts"][part]
+    negative = numbers["counts"][part][0]
+    roads = roads.astype(np.int64)
+    ids: Ids = np.where(roads < negative, first_negative + roads, first + roads - negative)
+    return ids
+
+
+def join_chains(numbers: Made, open_roads: Sequence[tuple[Ids, Array]]) -> list[Ids]:
+    """Of each road of a part that one of another part continues: the first road of them all."""
+    ids = [_ids_of(numbers, part, roads) for part, (_, roads) in enumerate(open_roads)]
+    nodes = concatenated([nodes for nodes, _ in open_roads], np.int64)
+    chains = parts.join_chains(nodes, concatenated(ids, np.int64))
+    return np.split(chains, np.cumsum([len(some) for some in ids])[:-1])
+
+
+def name_chains(part: int, numbers: Made, roads: Made, found: tuple[Ids, Array], firsts: Ids) -> Ids:
+    """Of each road of a part: the first of all that it may be joined with."""
+    roots = roads["roots"]
+    chains = _ids_of(numbers, part, np.arange(len(roots)))
+    chains[found[1]] = firsts
+    named: Ids = chains[roots]
+    return named
+
+
+def send_roads(part: int, numbers: Made, roads: Made, chains: Ids) -> list[Array | None]:
+    """The ways of the roads that are joined in each part: where the first road of a chain is."""
+    return _batches(part, numbers, roads, _rows_by_part(numbers, chains))
+
+
+def _rows_by_part(numbers: Made, roads: Ids) -> list[Ids]:
+    """The rows of roads by the part that the road of this id comes from."""
+    firsts = numbers["firsts"]
+    order = np.concatenate([firsts[::-1, 0], firsts[:, 1]])
+    # Of parts that begin with the same id the last has it; the others have no road.
+    places = np.searchsorted(order, roads, side="right") - 1
+    count = len(firsts)
+    owners = np.where(places < count, count - 1 - places, places - count)
+    by_owner = np.argsort(owners, kind="stable")
+    return np.split(by_owner, np.searchsorted(owners[by_owner], np.arange(1, count)))
+
+
+def _batches(part: int, numbers: Made, roads: Made, sent: Sequence[Ids]) -> list[Array | None]:
+    wanted = [(rows, _ids_of(numbers, part, rows)) for rows in sent if len(rows)]
+    batches = iter(parts.ways_of_roads(roads["batch"], roads["ends"], wanted))
+    return [next(batches) if len(rows) else None for rows in sent]
+
+
+def join_roads(options: Options, batches: Sequence[Array | None], seams: Seams) -> Made:
+    """The joined roads of a part, all but their elevations, and what they bring to their nodes."""
+    roads, elevations, ends = parts.part_network(options, _there(batches))
+    nodes = split(ends[0], seams)
+    places = np.cumsum([len(some) for some in nodes])[:-1]
+    return {
+        "roads": {"columns": roads, "elevations": elevations, "nodes": [np.unique(n) for n in nodes]},
+        "ends": list(zip(*(np.split(column, places) for column in ends))),
+    }
+
+
+def _there(batches: Sequence[Array | None]) -> list[Array]:
+    return [batch for batch in batches if batch is not None]
+
+
+def level_nodes(
+    junctions: tuple[Ids, Array, Array], ends: Sequence[tuple[Array, ...]]
+) -> Made:
+    """The nodes of a part that are in the network, with their elevations, those with negative ids
+    behind the others; and for the roads of each part the elevations and rows of their nodes.
+    """
+    kinds = (np.int64, np.uint8, np.uint64, np.float64)
+    columns = [concatenated(column, kind) for column, kind in zip(zip(*ends), kinds)]
+    nodes, elevations = parts.mean_elevations(*columns)
+    ids, lat, lon = junctions
+    rows = parts.find_rows(ids, nodes)
+    order = np.argsort(nodes.view(np.uint64), kind="stable")
+    positive = int(np.count_nonzero(nodes >= 0))
+    row_of = np.empty(len(nodes), np.int64)
+    row_of[order] = np.arange(len(nodes))
+    row_of[nodes < 0] -= positive
+    made = {"id": nodes, "lon": lon[rows], "lat": lat[rows], "elevation": elevations}
+    wanted = [parts.find_rows(nodes, np.unique(part[0])) for part in ends]
+    return {
+        "nodes": (table_of({name: column[order] for name, column in made.items()}), positive),
+        "sizes": (len(nodes) - positive, positive),
+        "answers": [(elevations[some], row_of[some]) for some in wanted],
+    }
+
+
+def number_nodes(sizes: Sequence[tuple[int, int]]) -> Ids:
+    """The rows of the first nodes of each part: those with negative ids, and the others."""
+    # In the order of unsigned ids: the negative ones come last.
+    table = np.array(sizes, np.int64)
+    firsts = first_numbers(table, 0)
+    negative, others = table.sum(axis=0)
+    return firsts + np.array([others, -negative])
+
+
+def profile_roads(
+    roads: Made, answers: Sequence[tuple[Array, Array]], firsts: Ids, numbers: Made
+) -> list[pa.Table | None]:
+    """The finished roads, by the part that the first of those comes from that each was made of.
+
+    Roads that continue one another but were not joined are in one place up to here.
+    """
+    nodes, elevations, rows = [], [], []
+    for part, (ids, (heights, places)) in enumerate(zip(roads["nodes"], answers)):
+        nodes.append(ids)
+        elevations.append(heights)
+        rows.append(places + np.where(ids < 0, firsts[part, 0], firsts[part, 1]))
+    all_nodes = concatenated(nodes, np.int64)
+    order = np.argsort(all_nodes)
+    sorted_nodes = all_nodes[order]
+    height, row = concatenated(elevations, np.float64)[order], concatenated(rows, np.int64)[order]
+    columns = roads["columns"]
+    table = columns["numbers"]
+    start, end = (np.searchsorted(sorted_nodes, table[f"{name}_node"]) for name in ("start", "end"))
+    offsets, points = columns["lines"]
+    lines = parts.set_elevations(offsets, points, height[start], roads["elevations"], height[end])
+    finished = SimpleNamespace(
+        roads={**table, "start": row[start], "end": row[end]},
+        texts=columns["texts"],
+        ways=columns["ways"],
+        lines=(offsets, lines),
+        lengths=lambda: parts.lengths(offsets, lines),
+    )
+    whole = table_of(road_columns(finished)[0])
+    found = _rows_by_part(numbers, table["id"])
+    return [whole.take(pa.array(some)) if len(some) else None for some in found]
+
+
+def sort_roads(tables: Sequence[pa.Table | None], numbers: Made) -> tuple[pa.Table, int] | None:
+    """The roads of a part by ascending id, and how many of them come from ways with negative ids."""
+    there = [table for table in tables if table is not None]
+    if not there:
+        return None
+    whole = pa.concat_tables(there).unify_dictionaries().combine_chunks()
+    ids = whole["id"].to_numpy()
+    last_negative = numbers["counts"][:, 0].sum()
+    return whole.take(pa.array(np.argsort(ids))), int(np.count_nonzero(ids <= last_negative))
+
+
+def chains_of_ways(roads: Made, chains: Ids, ways: Sequence[Ids]) -> list[Ids]:
+    """The chains of roads that ways of a part are in, of which turn restrictions speak."""
+    ends = np.concatenate([[0], roads["ends"]]).astype(np.int64)
+    found = []
+    for some in ways:
+        rows = np.searchsorted(roads["ways"], some)
+        is_road = (rows < len(roads["ways"])) & (np.append(roads["ways"], 0)[rows] == some)
+        rows = rows[is_road]
+        ranges = [np.arange(ends[row], ends[row + 1]) for row in rows.tolist()]
+        found.append(np.unique(chains[concatenated(ranges, np.int64)]))
+    return found
+
+
+def gather_chains(found: Sequence[Ids]) -> Ids:
+    """The same of the ways of all parts."""
+    chains: Ids = np.unique(concatenated(found, np.int64))
+    return chains
+
+
+def send_chains(
+    part: int, numbers: Made, roads: Made, chains: Ids, wanted: Sequence[Ids]
+) -> list[Array | None]:
+    """The ways of the roads of these chains."""
+    sent = [np.flatnonzero(np.isin(chains, some)) for some in wanted]
+    return _batches(part, numbers, roads, sent)
+
+
+def map_restrictions(
+    options: Options, batches: Sequence[Array | None], relations: Array
+) -> tuple[pa.Table, int]:
+    """The turn restrictions of a part on the network, and how many of them have negative ids."""
+    columns = restriction_columns(parts.part_restrictions(options, _there(batches), relations))
+    return table_of(columns), int(np.count_nonzero(columns["osm_relation_id"] < 0))
+
+
+def check(place: Place) -> None:
+    """Raises what is wrong with a part."""
+    parts.decode_nodes(place, np.empty(0, np.int64))
