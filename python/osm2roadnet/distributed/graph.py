@@ -150,12 +150,13 @@ class _Import:
             for key in (*relations, *decoded, *found, *selected, *junctions)
         ]
         limits = [tasks.take("limits", key, "limits") for key in found]
-        outcome = Outcome(
-            finished,
-            [tasks.take("finished nodes", key, "nodes") for key in level],
-            restrictions,
-            tasks.add("sum up", _facts, counts, limits, node_sizes),
-        )
+        finished_nodes = [tasks.take("finished nodes", key, "nodes") for key in level]
+        sizes = [
+            [tasks.add("count rows", steps.count_rows, key) for key in some]
+            for some in (finished, finished_nodes, restrictions)
+        ]
+        facts = tasks.add("sum up", steps.sum_up, counts, limits, *sizes)
+        outcome = Outcome(finished, finished_nodes, restrictions, facts)
         return tasks.graph, outcome
 
     def _restrictions(
@@ -195,22 +196,3 @@ class _Import:
 
 def _same(value: Any) -> Any:
     return value
-
-
-def _facts(
-    counts: list[dict[str, int]], limits: list[Any], node_sizes: list[tuple[int, int]]
-) -> dict[str, Any]:
-    """What is known of the whole."""
-    total: dict[str, int] = {}
-    for some in counts:
-        for name, count in some.items():
-            total[name] = total.get(name, 0) + count
-    total["network_nodes"] = sum(map(sum, node_sizes))
-    boxes = [box for box, has_bounds in limits if has_bounds] or [box for box, _ in limits]
-    known = [box for box in boxes if box[0] == box[0]]
-    limit = None
-    if known:
-        south, north, west, east = zip(*known)
-        whole = (min(south), max(north)), (min(west), max(east))
-        limit = (*whole[0], *(known[0][2:] if len(known) == 1 else whole[1]))
-    return {"counts": total, "limits": limit}

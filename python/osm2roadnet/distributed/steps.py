@@ -6,6 +6,7 @@ makes a list, an item a part.
 
 from __future__ import annotations
 
+from collections import Counter
 from collections.abc import Sequence
 from types import SimpleNamespace
 from typing import Any
@@ -17,7 +18,7 @@ from numpy.typing import NDArray
 from osm2roadnet._core import parts
 from osm2roadnet.arrow import table_of
 from osm2roadnet.distributed.ids import Ids, concatenated, first_numbers, in_file_order, split
-from osm2roadnet.distributed.plan import Place
+from osm2roadnet.distributed.plan import Place, Seam
 from osm2roadnet.network import restriction_columns, road_columns
 
 Array = NDArray[Any]
@@ -25,6 +26,12 @@ Seams = NDArray[np.uint64]
 #: join, oneway, tags
 Options = tuple[str, str, "list[str] | None"]
 Made = dict[str, Any]
+
+
+def find_seam(place: Place) -> Seam | None:
+    """The elements at both sides of a place in the file; None where there are none."""
+    seam: Seam | None = parts.find_seam(place)
+    return seam
 
 
 def decode_relations(place: Place, options: Options, node_seams: Seams, way_seams: Seams) -> Made:
@@ -243,14 +250,18 @@ def profile_roads(
     )
     whole = table_of(road_columns(finished)[0])
     found = _rows_by_part(numbers, table["id"])
-    return [whole.take(pa.array(some)) if len(some) else None for some in found]
+    # The first part has a table in any case, for its columns.
+    return [
+        whole.take(pa.array(some)) if len(some) or part == 0 else None
+        for part, some in enumerate(found)
+    ]
 
 
-def sort_roads(tables: Sequence[pa.Table | None], numbers: Made) -> tuple[pa.Table, int] | None:
+def sort_roads(tables: Sequence[pa.Table | None], numbers: Made) -> tuple[pa.Table, int]:
     """The roads of a part by ascending id, and how many of them come from ways with negative ids."""
     there = [table for table in tables if table is not None]
     if not there:
-        return None
+        return pa.table({}), 0
     whole = pa.concat_tables(there).unify_dictionaries().combine_chunks()
     ids = whole["id"].to_numpy()
     last_negative = numbers["counts"][:, 0].sum()
@@ -290,6 +301,32 @@ def map_restrictions(
     """The turn restrictions of a part on the network, and how many of them have negative ids."""
     columns = restriction_columns(parts.part_restrictions(options, _there(batches), relations))
     return table_of(columns), int(np.count_nonzero(columns["osm_relation_id"] < 0))
+
+
+def count_rows(table: tuple[pa.Table, int]) -> tuple[int, int]:
+    """How many rows of a table stand before a place, and how many behind it."""
+    return table[1], table[0].num_rows - table[1]
+
+
+def sum_up(
+    counts: Sequence[dict[str, int]],
+    limits: Sequence[tuple[tuple[float, float, float, float], bool]],
+    roads: Sequence[tuple[int, int]],
+    nodes: Sequence[tuple[int, int]],
+    restrictions: Sequence[tuple[int, int]],
+) -> Made:
+    """What is known of the whole."""
+    total: Counter[str] = Counter()
+    for some in counts:
+        total.update(some)
+    boxes = [box for box, is_given in limits if is_given] or [box for box, _ in limits]
+    known = [box for box in boxes if not np.isnan(box).any()]
+    limit = known[0] if known else None
+    if len(known) > 1:
+        south, north, west, east = zip(*known)
+        limit = (min(south), max(north), min(west), max(east))
+    sizes = {"roads": roads, "nodes": nodes, "restrictions": restrictions}
+    return {"counts": dict(total), "limits": limit, "sizes": sizes}
 
 
 def check(place: Place) -> None:
