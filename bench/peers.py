@@ -1,8 +1,8 @@
 """peers.py FILE.osm.pbf... [--runs N]: the Python package beside others that read such files.
 
 Each tool reads the file into GeoDataFrames, or into a MultiDiGraph, in a process of its own, by turns;
-printed are the medians of the time that it takes, without imports, and of the peak memory of the
-process, and what it made. Each knows roads of its own kind, so that their numbers differ. OSMnx
+printed are the medians of the seconds that it takes, without imports, by the clock and of all
+processors, and of the peak memory of the process, and how many rows or edges it made. Each knows roads of its own kind, so that their numbers differ. OSMnx
 reads XML alone: the same data, converted by osmium (not measured). With --program, the
 package's bare reading is held against the command line's (whole processes, both). Where each Python
 is that has the tools is said by --ours and --peers:
@@ -28,15 +28,16 @@ CLASSES += ["unclassified", "residential", "living_street", "service", "raceway"
 
 def ours_frames(path):
     import osm2roadnet
-
-    osm2roadnet.read  # what is imported stays out of the time; so do these
-    import geopandas, shapely  # noqa: E401, F401
+    import osm2roadnet.frames  # which imports what it needs
 
     return lambda: osm2roadnet.read(path).to_geopandas()[1]
 
 
 def ours_graph(path):
-    import networkx, osm2roadnet, shapely  # noqa: E401, F401
+    import networkx  # noqa: F401
+    import shapely  # noqa: F401
+
+    import osm2roadnet
 
     return lambda: osm2roadnet.read(path).to_networkx()
 
@@ -155,11 +156,11 @@ def run_one(kind, tool, path):
 
     prepare, package = TOOLS[kind][tool]
     build = prepare(path)
-    start = time.perf_counter()
+    start, start_cpu = time.perf_counter(), time.process_time()
     made = build()
-    seconds = time.perf_counter() - start
+    seconds, cpu = time.perf_counter() - start, time.process_time() - start_cpu
     size = len(getattr(made, "edges", made)) if hasattr(made, "__len__") else 0
-    print(json.dumps({"seconds": seconds, "size": size, "version": version(package)}))
+    print(json.dumps({"seconds": seconds, "cpu": cpu, "size": size, "version": version(package)}))
 
 
 def measure(command, limit):
@@ -177,7 +178,9 @@ def measure(command, limit):
         if process.returncode != 0:
             return {"failure": (err.read().strip().splitlines() or ["failed"])[-1][:100]}
         told = json.loads(lines[-1]) if lines and lines[-1].startswith("{") else {"size": 0}
-        return {"seconds": seconds, "version": "", **told, "MiB": usage.ru_maxrss / 1024}
+        cpu = usage.ru_utime + usage.ru_stime
+        memory = usage.ru_maxrss / 1024
+        return {"seconds": seconds, "cpu": cpu, "version": "", **told, "MiB": memory}
 
 
 def main():
@@ -189,9 +192,9 @@ def main():
     arguments.add_argument("--peers", default="/tmp/venv-peers/bin/python")
     arguments.add_argument("--program", help="the program, to hold bare reading against")
     options = arguments.parse_args()
-    row = "| {:<24} | {:<12} | {:<42} | {:>8} | {:>8} | {:>9} |"
-    print(row.format("file", "what", "tool", "seconds", "MiB", "rows"))
-    print(row.format("---", "---", "---", "---", "---", "---"))
+    row = "| {:<24} | {:<12} | {:<42} | {:>8} | {:>8} | {:>6} | {:>9} |"
+    print(row.format("file", "what", "tool", "seconds", "CPU s", "MiB", "rows"))
+    print(row.format(*["---"] * 7))
     for path in map(os.path.abspath, options.files):
         with tempfile.TemporaryDirectory() as folder:
             # OSMnx finds its XML beside the file of the same name.
@@ -215,13 +218,15 @@ def main():
                 last = all_runs[-1]
                 name = f"{tool} {last.get('version', '')}".strip()
                 if "failure" in last:
-                    print(row.format(pathlib.Path(path).name, kind, name, last["failure"], "", ""))
+                    print(
+                        row.format(pathlib.Path(path).name, kind, name, last["failure"], "", "", "")
+                    )
                     continue
-                seconds, memory = (
+                seconds, cpu, memory = (
                     statistics.median(result[value] for result in all_runs)
-                    for value in ("seconds", "MiB")
+                    for value in ("seconds", "cpu", "MiB")
                 )
-                figures = f"{seconds:.3f}", f"{memory:.0f}", f"{last['size']:,}"
+                figures = f"{seconds:.3f}", f"{cpu:.3f}", f"{memory:.0f}", f"{last['size']:,}"
                 print(row.format(pathlib.Path(path).name, kind, name, *figures), flush=True)
 
 

@@ -22,12 +22,12 @@ struct ImportOptions {
   /// The keys of others that the output makes something of. They count like exported ones where
   /// roads are joined.
   std::vector<std::string> usedTags = {};
-  /// The keys of yet others that are kept, for what may be written later. Joining does not look at
-  /// them.
-  std::vector<std::string> keptTags = {};
   /// Whether the relations that restrict turns are read, for `mapRestrictions`.
   bool restrictions = false;
   /// Whether the nodes under the ways stay in the reader when the roads have been made of them, for
   /// a report or an exchange format: they take a fifth of the memory.
   bool keepsNodes = true;
+  /// The keys of yet others that are kept, for what may be written later. Joining does not look at
+  /// them.
+  std::vector<std::string> keptTags = {};
 };

@@ -14,9 +14,17 @@ def build_wheel(wheel_directory, config_settings=None, metadata_directory=None):
         name = _build.build_wheel(folder, config_settings, metadata_directory)
         # Also finds out on which systems it runs, and tags it so.
         subprocess.run(
-            [sys.executable, "-m", "auditwheel", "repair", "--wheel-dir", f"{folder}/repaired",
-             f"{folder}/{name}"],
-            check=True)
+            [
+                sys.executable,
+                "-m",
+                "auditwheel",
+                "repair",
+                "--wheel-dir",
+                f"{folder}/repaired",
+                f"{folder}/{name}",
+            ],
+            check=True,
+        )
         (repaired,) = pathlib.Path(folder, "repaired").iterdir()
         pathlib.Path(wheel_directory, repaired.name).write_bytes(repaired.read_bytes())
         return repaired.name

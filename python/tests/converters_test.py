@@ -2,7 +2,6 @@
 
 import json
 import math
-import sqlite3
 import sys
 import xml.etree.ElementTree as ElementTree
 
@@ -134,9 +133,12 @@ def test_reversed_is_what_osmnx_makes_of_the_same_ways(tmp_path):
             for u, v, edge in graph.edges(data=True)
         }
 
-    ours = edges(rn.read(path).to_networkx())
+    net = rn.read(path)
+    ours = edges(net.to_networkx())
     assert ours == edges(osmnx.graph_from_xml(path, retain_all=True))
     assert ours[1, 3] == ([False, True], [1, 2], False)
+    net.against_ways = np.ones_like(net.against_ways)  # as if all were drawn the other way
+    assert edges(net.to_networkx())[1, 3] == ([True], [1, 2], False)
 
 
 def test_matrix(network, graph):
@@ -188,6 +190,10 @@ def test_arrow_and_parquet(network, tmp_path):
     inside = geopandas.read_parquet(paths[0], bbox=box)
     assert set(inside["road_id"]) == set(roads.index[roads.bounds.pipe(meets, box)])
     metadata = json.loads(pyarrow.parquet.read_schema(paths[1]).metadata[b"geo"])
+    sides = pyarrow.parquet.read_table(paths[0])["bbox"].to_pylist()
+    assert sides == roads.bounds.set_axis(["xmin", "ymin", "xmax", "ymax"], axis=1).to_dict(
+        "records"
+    )
     column = metadata["columns"]["geometry"]
     assert metadata["version"] == "1.1.0" and column["geometry_types"] == ["Point Z"]
     assert len(column["bbox"]) == 6
@@ -236,10 +242,11 @@ def test_files_are_the_programs(ending, source, tmp_path, request):
 
 def test_styles_for_qgis(town, tmp_path):
     town.to_file(tmp_path / "town.gpkg")
-    with sqlite3.connect(tmp_path / "town.gpkg") as database:
-        rows = dict(database.execute("SELECT f_table_name, styleQML FROM layer_styles"))
-    assert list(rows) == ["nodes", "roads", "restrictions"]
-    assert all(ElementTree.fromstring(style).tag == "qgis" for style in rows.values())
+    layers = dict(pyogrio.list_layers(tmp_path / "town.gpkg"))
+    assert layers["layer_styles"] is None and layers["roads"] == "LineString Z"
+    styles = pyogrio.read_dataframe(tmp_path / "town.gpkg", layer="layer_styles")
+    assert styles["f_table_name"].tolist() == ["nodes", "roads", "restrictions"]
+    assert all(ElementTree.fromstring(style).tag == "qgis" for style in styles["styleQML"])
 
 
 def test_outputs_are_whole_or_not_at_all(town, tmp_path, monkeypatch):
@@ -275,7 +282,9 @@ def test_pictures(network):
     matplotlib.pyplot.close("all")
     html = network._repr_html_()
     assert f"{len(network):,}" in html and len(html) < 200_000
-    ElementTree.fromstring(html[html.index("<svg") : html.index("</svg>") + 6])
+    picture = html[html.index("<svg") : html.index("</svg>") + 6]
+    paths = "".join(path.get("d", "") for path in ElementTree.fromstring(picture).iter())
+    assert paths.count("M") == min(len(network), 2000)
     assert "traps" in network.report._repr_html_()
 
 

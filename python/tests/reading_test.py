@@ -34,7 +34,7 @@ def test_every_source_gives_the_same(town, tmp_path):
     unnamed = tempfile.TemporaryFile()
     unnamed.write(content), unnamed.seek(0)
     reader, writer = os.pipe()
-    feeder = threading.Thread(target=lambda: open(writer, "wb").write(content))
+    feeder = threading.Thread(target=lambda: open(writer, "wb").write(content), daemon=True)
     feeder.start()
     sources = {
         EXAMPLE: EXAMPLE,
@@ -182,11 +182,11 @@ for share in (0.02, 0.2, 0.4, 0.6, 0.8, 0.95):
     except KeyboardInterrupt:
         late.append(time.perf_counter() - sent[0])
 assert len(late) >= 4, late
-print(max(late))
+# The middle one, since others may use the machine; but no stage may be deaf.
+assert sorted(late)[len(late) // 2] < 0.1 and max(late) < whole / 4, late
 assert len(rn.read({EXAMPLE!r})) > 100
 """
-    output = subprocess.run([sys.executable, "-c", script], check=True, capture_output=True)
-    assert float(output.stdout) < 0.5  # 0.1 where nobody else uses the machine
+    subprocess.run([sys.executable, "-c", script], check=True)
 
 
 def test_reads_in_threads_run_side_by_side(source, large):

@@ -32,7 +32,8 @@ print(*tomllib.load(open("pyproject.toml", "rb"))["build-system"]["requires"], s
 mkdir -p build
 exec 9>build/python.lock
 flock 9
-if ! sources | cmp -s - "$environment/installed"; then
+current=$(sources)
+if [ "$current" != "$(cat "$environment/installed" 2>/dev/null)" ]; then
   log=$(mktemp)
   if ! install >"$log" 2>&1; then
     cat "$log"
@@ -41,7 +42,7 @@ if ! sources | cmp -s - "$environment/installed"; then
     exit 1
   fi
   rm -f "$log"
-  sources >"$environment/installed"
+  echo "$current" >"$environment/installed"
 fi
 exec "$environment/bin/python" -m pytest --program "$program" \
   --pyargs osm2roadnet python/tests docs/python.md "$@"
