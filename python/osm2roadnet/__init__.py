@@ -13,7 +13,17 @@ from osm2roadnet.network import Network
 from osm2roadnet.read import read
 from osm2roadnet.report import Report
 
-__all__ = ["Columns", "Lists", "Network", "ReadError", "Report", "Texts", "__version__", "distributed", "read"]
+__all__ = [
+    "Columns",
+    "Lists",
+    "Network",
+    "ReadError",
+    "Report",
+    "Texts",
+    "__version__",
+    "distributed",
+    "read",
+]
 
 __version__: str
 

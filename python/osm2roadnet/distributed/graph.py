@@ -59,139 +59,176 @@ def graph_of(plan: Plan, options: steps.Options) -> tuple[dict[Key, Any], Outcom
 
 
 class _Import:
+    """Makes the tasks stage by stage; each leaves keys for later ones, of an item a part."""
+
     def __init__(self, plan: Plan, options: steps.Options) -> None:
         self.plan = plan
         self.options = options
         self.tasks = Tasks()
-        self.counts: list[Key] = []
+        self.ways = range(len(plan.ways))
+        self.nodes = range(len(plan.nodes))
+        self.node_seams = self.tasks.add("last nodes of parts", _same, plan.node_seams)
+        self.way_seams = self.tasks.add("last ways of parts", _same, plan.way_seams)
 
     def build(self) -> tuple[dict[Key, Any], Outcome]:
-        plan, tasks, options = self.plan, self.tasks, self.options
-        ways, nodes = range(len(plan.ways)), range(len(plan.nodes))
-        join = options[0]
-        node_seams = tasks.add("last nodes of the parts", _same, plan.node_seams)
-        way_seams = tasks.add("last ways of the parts", _same, plan.way_seams)
-
-        relations = self._each(
-            "decode restrictions", plan.relations, steps.decode_relations, options, node_seams,
-            way_seams,
-        )
-        named = tasks.exchange("ways of restrictions", relations, "ways", len(ways))
-        via = tasks.exchange("ways of restrictions", relations, "via ways", len(ways))
-        decoded = [
-            tasks.add("decode ways", steps.decode_ways, part.place, options, via[p], node_seams)
-            for p, part in enumerate(plan.ways)
-        ]
-        wanted = tasks.exchange("ids of nodes", decoded, "nodes", len(nodes))
-        found = [
-            tasks.add("find nodes", steps.find_nodes, part.place, wanted[q])
-            for q, part in enumerate(plan.nodes)
-        ]
-        positions = tasks.exchange("positions of nodes", found, "positions", len(ways))
-        batches = [tasks.take("ways", key, "batch") for key in decoded]
-        selected = [
-            tasks.add("select roads", steps.select_roads, batches[p], positions[p], node_seams)
-            for p in ways
-        ]
-        uses = tasks.exchange("uses of nodes", selected, "uses", len(nodes))
-        ends = tasks.exchange("nodes of restrictions", decoded, "ends", len(nodes))
-        vias = tasks.exchange("nodes of restrictions", relations, "via nodes", len(nodes))
-        tables = [tasks.take("nodes", key, "nodes") for key in found]
-        junctions = [
-            tasks.add(
-                "find junctions", steps.find_junctions, tables[q], uses[q],
-                [*ends[q], *vias[q]] if join == "compatible" else [], join != "none",
-            )
-            for q in nodes
-        ]
-        places = tasks.exchange("junctions", junctions, "places", len(ways))
-        chosen = [tasks.take("ways", key, "batch") for key in selected]
-        cut = [tasks.add("cut ways", steps.cut_ways, chosen[p], places[p]) for p in ways]
-        sizes = [tasks.take("numbers of roads", key, "counts") for key in cut]
-        numbers = tasks.add("number roads", steps.number_roads, sizes)
-        open_roads = [tasks.take("open ends", key, "open") for key in cut]
-        joined = tasks.add("join chains", steps.join_chains, numbers, open_roads)
-        roads = [tasks.take("roads", key, "roads") for key in cut]
-        chains = [
-            tasks.add(
-                "name chains", steps.name_chains, p, numbers, roads[p], open_roads[p],
-                tasks.take("chains", joined, p),
-            )
-            for p in ways
-        ]
-        sent = [
-            tasks.add("send roads", steps.send_roads, p, numbers, roads[p], chains[p])
-            for p in ways
-        ]
-        received = tasks.exchange("roads of chains", sent, None, len(ways))
-        made = [
-            tasks.add("join roads", steps.join_roads, options, received[d], node_seams)
-            for d in ways
-        ]
-        at_nodes = tasks.exchange("ends of roads", made, "ends", len(nodes))
-        kept = [tasks.take("junctions", key, "junctions") for key in junctions]
-        level = [
-            tasks.add("level nodes", steps.level_nodes, kept[q], at_nodes[q]) for q in nodes
-        ]
-        answers = tasks.exchange("elevations of nodes", level, "answers", len(ways))
-        node_sizes = [tasks.take("numbers of nodes", key, "sizes") for key in level]
-        firsts = tasks.add("number nodes", steps.number_nodes, node_sizes)
-        unfinished = [tasks.take("joined roads", key, "roads") for key in made]
-        home = tasks.exchange("finished roads", [
-            tasks.add(
-                "profile roads", steps.profile_roads, unfinished[d], answers[d], firsts, numbers
-            )
-            for d in ways
-        ], None, len(ways))
-        finished = [tasks.add("sort roads", steps.sort_roads, home[p], numbers) for p in ways]
-        restrictions = self._restrictions(relations, roads, chains, numbers, named)
-        counts = [
-            tasks.take("counts", key, "counts")
-            for key in (*relations, *decoded, *found, *selected, *junctions)
-        ]
-        limits = [tasks.take("limits", key, "limits") for key in found]
-        finished_nodes = [tasks.take("finished nodes", key, "nodes") for key in level]
+        self._decode()
+        self._select()
+        self._cut()
+        self._chain()
+        roads, nodes = self._join()
+        restrictions = self._restrict()
+        counted = (*self.relations, *self.decoded, *self.found, *self.selected, *self.junctions)
         sizes = [
-            [tasks.add("count rows", steps.count_rows, key) for key in some]
-            for some in (finished, finished_nodes, restrictions)
+            [self.tasks.add("count rows", steps.count_rows, key) for key in keys]
+            for keys in (roads, nodes, restrictions)
         ]
-        facts = tasks.add("sum up", steps.sum_up, counts, limits, *sizes)
-        outcome = Outcome(finished, finished_nodes, restrictions, facts)
-        return tasks.graph, outcome
+        facts = self.tasks.add(
+            "sum up",
+            steps.sum_up,
+            self._take("counts", counted, "counts"),
+            self._take("limits", self.found, "limits"),
+            *sizes,
+        )
+        return self.tasks.graph, Outcome(roads, nodes, restrictions, facts)
 
-    def _restrictions(
-        self, relations: list[Key], roads: list[Key], chains: list[Key], numbers: Key,
-        named: list[list[Key]],
-    ) -> list[Key]:
-        tasks = self.tasks
-        ways = range(len(roads))
-        of_ways = [
-            tasks.add("chains of restrictions", steps.chains_of_ways, roads[p], chains[p], named[p])
-            for p in ways
+    def _decode(self) -> None:
+        tasks, options = self.tasks, self.options
+        self.relations = [
+            tasks.add(
+                "decode restrictions",
+                steps.decode_relations,
+                part.place,
+                options,
+                self.node_seams,
+                self.way_seams,
+            )
+            for part in self.plan.relations
         ]
-        found = tasks.exchange("chains of restrictions", of_ways, None, len(relations))
+        via = tasks.exchange("ways of restrictions", self.relations, "via ways", len(self.ways))
+        self.decoded = [
+            tasks.add("decode ways", steps.decode_ways, part.place, options, some, self.node_seams)
+            for part, some in zip(self.plan.ways, via)
+        ]
+        wanted = tasks.exchange("ids of nodes", self.decoded, "nodes", len(self.nodes))
+        self.found = [
+            tasks.add("find nodes", steps.find_nodes, part.place, some)
+            for part, some in zip(self.plan.nodes, wanted)
+        ]
+
+    def _select(self) -> None:
+        positions = self.tasks.exchange(
+            "positions of nodes", self.found, "positions", len(self.ways)
+        )
+        self.selected = [
+            self.tasks.add("select roads", steps.select_roads, batch, some, self.node_seams)
+            for batch, some in zip(self._take("ways", self.decoded, "batch"), positions)
+        ]
+
+    def _cut(self) -> None:
+        tasks, join = self.tasks, self.options[0]
+        uses = tasks.exchange("uses of nodes", self.selected, "uses", len(self.nodes))
+        # Where turns are restricted roads are joined only if that is to lose something.
+        restricted = [
+            tasks.exchange("nodes of restrictions", keys, item, len(self.nodes))
+            for keys, item in ((self.decoded, "ends"), (self.relations, "via nodes"))
+        ]
+        self.junctions = [
+            tasks.add(
+                "find junctions",
+                steps.find_junctions,
+                table,
+                uses[q],
+                restricted[0][q] + restricted[1][q] if join == "compatible" else [],
+                join != "none",
+            )
+            for q, table in enumerate(self._take("nodes", self.found, "nodes"))
+        ]
+        places = tasks.exchange("junctions", self.junctions, "places", len(self.ways))
+        self.cut = [
+            tasks.add("cut ways", steps.cut_ways, batch, some)
+            for batch, some in zip(self._take("roads by ways", self.selected, "batch"), places)
+        ]
+
+    def _chain(self) -> None:
+        tasks = self.tasks
+        sizes = self._take("numbers of roads", self.cut, "counts")
+        self.numbers = tasks.add("number roads", steps.number_roads, sizes)
+        open_roads = self._take("open ends", self.cut, "open")
+        firsts = tasks.add("join chains", steps.join_chains, self.numbers, open_roads)
+        self.roads = self._take("pieces", self.cut, "roads")
+        self.chains = [
+            tasks.add(
+                "name chains",
+                steps.name_chains,
+                p,
+                self.numbers,
+                self.roads[p],
+                open_roads[p],
+                tasks.take("chains", firsts, p),
+            )
+            for p in self.ways
+        ]
+
+    def _join(self) -> tuple[list[Key], list[Key]]:
+        tasks, ways = self.tasks, len(self.ways)
+        sent = [
+            tasks.add("send roads", steps.send_roads, p, self.numbers, self.roads[p], chains)
+            for p, chains in enumerate(self.chains)
+        ]
+        received = tasks.exchange("roads of chains", sent, None, ways)
+        joined = [
+            tasks.add("join roads", steps.join_roads, self.options, some, self.node_seams)
+            for some in received
+        ]
+        ends = tasks.exchange("ends of roads", joined, "ends", len(self.nodes))
+        level = [
+            tasks.add("level nodes", steps.level_nodes, table, some)
+            for table, some in zip(self._take("tables", self.junctions, "junctions"), ends)
+        ]
+        answers = tasks.exchange("elevations of nodes", level, "answers", ways)
+        node_sizes = self._take("numbers of nodes", level, "sizes")
+        firsts = tasks.add("number nodes", steps.number_nodes, node_sizes)
+        profiled = [
+            tasks.add("profile roads", steps.profile_roads, roads, some, firsts, self.numbers)
+            for roads, some in zip(self._take("joined roads", joined, "roads"), answers)
+        ]
+        home = tasks.exchange("finished roads", profiled, None, ways)
+        roads = [tasks.add("sort roads", steps.sort_roads, some, self.numbers) for some in home]
+        return roads, self._take("finished nodes", level, "nodes")
+
+    def _restrict(self) -> list[Key]:
+        tasks, count = self.tasks, len(self.relations)
+        named = tasks.exchange("ways of restrictions", self.relations, "ways", len(self.ways))
+        of_ways = [
+            tasks.add(
+                "chains of ways", steps.chains_of_ways, self.roads[p], self.chains[p], named[p]
+            )
+            for p in self.ways
+        ]
         wanted = [
-            tasks.add("gather chains", steps.gather_chains, found[r])
-            for r in range(len(relations))
+            tasks.add("gather chains", steps.gather_chains, some)
+            for some in tasks.exchange("chains of restrictions", of_ways, None, count)
         ]
         sent = [
-            tasks.add("send chains", steps.send_chains, p, numbers, roads[p], chains[p], wanted)
-            for p in ways
-        ]
-        received = tasks.exchange("roads of restrictions", sent, None, len(relations))
-        return [
             tasks.add(
-                "map restrictions", steps.map_restrictions, self.options, received[r],
-                tasks.take("restrictions", key, "batch"),
+                "send chains",
+                steps.send_chains,
+                p,
+                self.numbers,
+                self.roads[p],
+                self.chains[p],
+                wanted,
             )
-            for r, key in enumerate(relations)
+            for p in self.ways
+        ]
+        received = tasks.exchange("roads of restrictions", sent, None, count)
+        return [
+            tasks.add("map restrictions", steps.map_restrictions, self.options, some, relations)
+            for some, relations in zip(received, self._take("relations", self.relations, "batch"))
         ]
 
-    def _each(self, name: str, parts: Any, function: Callable[..., Any], *rest: Any) -> list[Key]:
-        return [
-            self.tasks.add(name, function, part.place, *rest)
-            for part in parts
-        ]
+    def _take(self, name: str, keys: Sequence[Key], item: str) -> list[Key]:
+        return [self.tasks.take(name, key, item) for key in keys]
 
 
 def _same(value: Any) -> Any:

@@ -37,7 +37,7 @@ def concatenated(arrays: Iterable[NDArray[Any]], dtype: Any) -> NDArray[Any]:
     return np.concatenate([np.empty(0, dtype), *arrays])
 
 
-def first_numbers(counts: Sequence[Sequence[int]], begin: int) -> Ids:
+def first_numbers(counts: Sequence[tuple[int, int]], begin: int) -> Ids:
     """Where two kinds of rows of each part begin if all those of the first kind, in the reverse
     order of the parts, stand before all those of the second kind, in the order of the parts.
     """

@@ -8,7 +8,7 @@ from functools import cached_property
 from typing import TYPE_CHECKING, Any
 
 import dask.dataframe as dd
-import distributed
+from distributed import Client, as_completed, get_client
 
 from osm2roadnet.distributed import frames, steps
 from osm2roadnet.distributed.graph import Tasks, graph_of
@@ -28,7 +28,9 @@ class Rows:
         count: how many rows there are.
     """
 
-    def __init__(self, futures: Sequence[Any], sizes: Sequence[tuple[int, int]], last: bool) -> None:
+    def __init__(
+        self, futures: Sequence[Any], sizes: Sequence[tuple[int, int]], last: bool
+    ) -> None:
         """`sizes` are of the rows that stand first in each table, and of those behind them.
 
         Of all tables the ones in the reverse order of the tables, which `last` says are the rows
@@ -63,10 +65,10 @@ class Network:
         self.source = source
         self.join, self.oneway, _ = options
         cuts = possible_cuts(source, partition_size)
-        self._own = None
-        self.client = client or _current_client()
+        self._own: Any = None
+        self.client: Any = client or _current_client()
         if self.client is None:
-            self.client = self._own = distributed.Client()
+            self.client = self._own = _new_client()
         try:
             self._read(options, cuts)
         except BaseException:
@@ -83,7 +85,7 @@ class Network:
         made = self.client.get(graph, keys, sync=False)
         roads, nodes, restrictions, facts = made
         try:
-            for future in distributed.as_completed([*roads, *nodes, *restrictions, facts]):
+            for future in _each_done([*roads, *nodes, *restrictions, facts]):
                 if future.status == "error":
                     future.result()
         except ReadError:
@@ -183,8 +185,13 @@ class Network:
         )
 
 
+# Dask's types are not complete.
+_new_client: Any = Client
+_each_done: Any = as_completed
+
+
 def _current_client() -> Any:
     try:
-        return distributed.get_client()
+        return get_client()
     except ValueError:
         return None

@@ -34,7 +34,9 @@ def write_parquet(network: Network, folder: Any, overwrite: bool) -> None:
         for name in _FOLDERS:
             (unfinished / name).mkdir()
         rows = network._roads, network._nodes
-        futures = [f for some, name in zip(rows, _FOLDERS) for f in _written(some, unfinished / name)]
+        futures = [
+            f for some, name in zip(rows, _FOLDERS) for f in _written(some, unfinished / name)
+        ]
         client = network.client
         for part, (future, first, last) in enumerate(network._restrictions.parts):
             path = _path(unfinished / "restrictions", part)
@@ -58,7 +60,9 @@ def _written(rows: Rows, folder: Path) -> list[Any]:
     ]
     return [
         client.submit(
-            _write, [client.submit(_item, some, part) for some in split], _path(folder, part),
+            _write,
+            [client.submit(_item, some, part) for some in split],
+            _path(folder, part),
             pure=False,
         )
         for part in range(len(cuts) + 1)

@@ -46,9 +46,7 @@ def decode_relations(place: Place, options: Options, node_seams: Seams, way_seam
     }
 
 
-def decode_ways(
-    place: Place, options: Options, via_ways: Sequence[Ids], node_seams: Seams
-) -> Made:
+def decode_ways(place: Place, options: Options, via_ways: Sequence[Ids], node_seams: Seams) -> Made:
     """The ways of a part that are roads by their tags, the nodes that they need, and the ends of
     the ways that turn restrictions go over.
     """
@@ -139,7 +137,9 @@ def join_chains(numbers: Made, open_roads: Sequence[tuple[Ids, Array]]) -> list[
     return np.split(chains, np.cumsum([len(some) for some in ids])[:-1])
 
 
-def name_chains(part: int, numbers: Made, roads: Made, found: tuple[Ids, Array], firsts: Ids) -> Ids:
+def name_chains(
+    part: int, numbers: Made, roads: Made, found: tuple[Ids, Array], firsts: Ids
+) -> Ids:
     """Of each road of a part: the first of all that it may be joined with."""
     roots = roads["roots"]
     chains = _ids_of(numbers, part, np.arange(len(roots)))
@@ -177,7 +177,11 @@ def join_roads(options: Options, batches: Sequence[Array | None], seams: Seams) 
     nodes = split(ends[0], seams)
     places = np.cumsum([len(some) for some in nodes])[:-1]
     return {
-        "roads": {"columns": roads, "elevations": elevations, "nodes": [np.unique(n) for n in nodes]},
+        "roads": {
+            "columns": roads,
+            "elevations": elevations,
+            "nodes": [np.unique(n) for n in nodes],
+        },
         "ends": list(zip(*(np.split(column, places) for column in ends))),
     }
 
@@ -186,9 +190,7 @@ def _there(batches: Sequence[Array | None]) -> list[Array]:
     return [batch for batch in batches if batch is not None]
 
 
-def level_nodes(
-    junctions: tuple[Ids, Array, Array], ends: Sequence[tuple[Array, ...]]
-) -> Made:
+def level_nodes(junctions: tuple[Ids, Array, Array], ends: Sequence[tuple[Array, ...]]) -> Made:
     """The nodes of a part that are in the network, with their elevations, those with negative ids
     behind the others; and for the roads of each part the elevations and rows of their nodes.
     """
@@ -214,10 +216,9 @@ def level_nodes(
 def number_nodes(sizes: Sequence[tuple[int, int]]) -> Ids:
     """The rows of the first nodes of each part: those with negative ids, and the others."""
     # In the order of unsigned ids: the negative ones come last.
-    table = np.array(sizes, np.int64)
-    firsts = first_numbers(table, 0)
-    negative, others = table.sum(axis=0)
-    return firsts + np.array([others, -negative])
+    negative, others = np.array(sizes, np.int64).sum(axis=0)
+    firsts: Ids = first_numbers(sizes, 0) + np.array([others, -negative])
+    return firsts
 
 
 def profile_roads(
@@ -241,7 +242,7 @@ def profile_roads(
     start, end = (np.searchsorted(sorted_nodes, table[f"{name}_node"]) for name in ("start", "end"))
     offsets, points = columns["lines"]
     lines = parts.set_elevations(offsets, points, height[start], roads["elevations"], height[end])
-    finished = SimpleNamespace(
+    finished: Any = SimpleNamespace(
         roads={**table, "start": row[start], "end": row[end]},
         texts=columns["texts"],
         ways=columns["ways"],
