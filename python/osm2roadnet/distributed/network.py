@@ -89,7 +89,6 @@ class Network:
                 if future.status == "error":
                     future.result()
         except ReadError:
-            self.client.cancel([*roads, *nodes, *restrictions, facts])
             self._raise_first_error(plan)
             raise
         self._take_facts(facts.result())
