@@ -16,11 +16,11 @@ void ProgressLine::show(Stage stage, std::uint64_t done, std::uint64_t total) {
   bool const isOther = shown_ && *shown_ != stage;
   if (!enabled_ || (!isOther && !isDue())) return;
   shown_ = stage;
-  std::cerr << "\r\033[K" << support::nameOf(stage) << ' ';
+  std::cerr << "\r\033[K" << support::nameOf(stage);
   if (total != 0) {
-    std::cerr << 100 * done / total << " %";
+    std::cerr << ' ' << 100 * done / total << " %";
   } else if (stage == Stage::reading) {
-    std::cerr << done / mebibyte << " MiB";
+    std::cerr << ' ' << done / mebibyte << " MiB";
   }
   std::cerr << std::flush;
 }

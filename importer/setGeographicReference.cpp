@@ -29,13 +29,11 @@ void setGeographicReference(RoadNetworkImporter& importer) {
     longitude = (limits[2] + limits[3]) * 0.5;
   } else {
     auto const& nodes = importer.roadNetwork->getNodes();
-    support::Steps steps(importer.progress(), support::Stage::locating, nodes.size());
     std::vector<double> latitudes;
     std::vector<double> longitudes;
     latitudes.reserve(nodes.size());
     longitudes.reserve(nodes.size());
     for (auto const& [id, node] : nodes) {
-      steps.step();
       std::span<double const> const position = node->getPosition();
       if (position.size() < 2) continue;  // a host may have replaced it
       latitudes.push_back(position[0]);

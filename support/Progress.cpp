@@ -28,8 +28,6 @@ std::string_view nameOf(Stage stage) {
       return "making segments";
     case Stage::settingElevations:
       return "setting elevations";
-    case Stage::locating:
-      return "locating the network";
     case Stage::checkingWays:
       return "checking ways";
     case Stage::checkingTags:

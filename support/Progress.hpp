@@ -21,7 +21,6 @@ enum class Stage : std::uint8_t {
   joiningRoads,
   makingSegments,
   settingElevations,
-  locating,
   checkingWays,
   checkingTags,
   checkingSharedNodes,
@@ -43,13 +42,13 @@ enum class Stage : std::uint8_t {
 /// A few words for people, such as "joining roads".
 std::string_view nameOf(Stage stage);
 
-/// Is told how far a stage has come: when it begins, at least every few thousand elements, and when
-/// it is done. Within a stage `done` never falls, and at its end it is `total`, which is 0 as long
-/// as it is not known. What comes after a stage is the next one, or the same again for other
-/// elements. Called on the thread that asked for the work.
+/// Is told how far a stage has come: when the stage begins, at least every few thousand elements,
+/// and when it is done. Within a stage `done` never falls, and at its end it is `total`; as long as
+/// the total is not known, it is 0. Called on the thread that asked for the work. A stage may come
+/// twice, for different elements.
 ///
-/// Whatever it throws ends the work, passes through as it is, and leaves what any other failure at
-/// that place leaves.
+/// Whatever this throws ends the work, passes through as it is, and leaves what any other failure
+/// at that place leaves. It is not called again after that.
 using Progress = std::function<void(Stage stage, std::uint64_t done, std::uint64_t total)>;
 
 /// One stage, as the stage itself sees it: counts what is done and tells a Progress now and then.

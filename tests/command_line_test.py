@@ -117,7 +117,11 @@ class Arguments(CommandLine):
         time.sleep(0.6)
         process.communicate(content)
         shown = os.read(terminal, 9999).decode()
-        self.assertRegex(shown, r"reading 0 MiB.*building the network.*\r\x1b\[Kout.json: 82 Nodes")
+        lines = shown.split("\r\x1b[K")
+        self.assertEqual(lines[1], "reading 0 MiB")
+        for stage in ("placing nodes 0 %", "joining roads 0 %", "writing 0 %", "finding traps 0 %"):
+            self.assertIn(stage, lines)
+        self.assertRegex(lines[-1], "^out.json: 82 Nodes")
 
     def test_unreadable_inputs(self):
         for source, reason in (("none.osm", "No such file"), (self.folder, "is a directory"),

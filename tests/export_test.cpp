@@ -30,7 +30,7 @@ TEST(Export, ReplacesCharactersThatTheFormatLacks) {
        }) {
     TemporaryFile const file("");
     NetworkExport output(*findFormat(name), file.path(), true);
-    output.write(import.importer, {});
+    output.write(import.importer);
     output.commit();
     std::ifstream stream(file.path());
     std::string const content(std::istreambuf_iterator<char>(stream), {});

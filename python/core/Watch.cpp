@@ -15,12 +15,14 @@ Watch::Watch(nb::object progress) : progress_(std::move(progress)), isNeeded_(tr
 
 void Watch::operator()(support::Stage stage, std::uint64_t done, std::uint64_t total) {
   if (!isNeeded_) return;
-  bool const isTurn = !progress_.is_none() && (stage != stage_ || done == total);
-  if (!isTurn && Clock::now() < next_) return;
+  // The last elements may be told of more than once, while something else is done with them.
+  std::pair const place{stage, done == total};
+  bool const isNewPlace = !progress_.is_none() && place != place_;
+  if (!isNewPlace && Clock::now() < next_) return;
   nb::gil_scoped_acquire const gil;
   if (PyErr_CheckSignals() != 0) throw nb::python_error();
   std::string_view const name = support::nameOf(stage);
   if (!progress_.is_none()) progress_(nb::str(name.data(), name.size()), done, total);
-  stage_ = stage;
+  place_ = place;
   next_ = Clock::now() + 20ms;
 }

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <utility>
 
 #include "support/Progress.hpp"
 
@@ -24,6 +25,6 @@ class Watch {
 
   nanobind::object progress_;
   bool isNeeded_;
-  support::Stage stage_{};
+  std::pair<support::Stage, bool> place_{};  // and whether it is the end of the stage
   Clock::time_point next_{};
 };

@@ -8,6 +8,7 @@ python=$1
 program=$2
 shift 2
 environment=build/python
+export PATH="$PWD/$environment/bin:$PATH"  # some tools of the build are programs
 
 # All that the installed package is made of.
 sources() {
