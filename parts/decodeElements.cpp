@@ -8,11 +8,22 @@
 #include "parts/fileOrder.hpp"
 #include "support/ustring.hpp"
 #include "tags/highway.hpp"
+#include "tags/keys.hpp"
 
 using OpenStreetMap::Id;
 using OpenStreetMap::Member;
 using OpenStreetMap::Selection;
 using OpenStreetMap::TagMap;
+
+namespace {
+
+Selection selectionFor(ImportOptions const& options) {
+  Selection selection = roadSelection({options.tags});
+  addRestrictions(selection);
+  return selection;
+}
+
+}  // namespace
 
 NodePositions decodeNodes(FilePart const& part, std::span<Id const> wanted) {
   NodePositions positions;
@@ -33,7 +44,7 @@ NodePositions decodeNodes(FilePart const& part, std::span<Id const> wanted) {
   return positions;
 }
 
-DecodedWays decodeWays(FilePart const& part, Selection const& selection,
+DecodedWays decodeWays(FilePart const& part, ImportOptions const& options,
                        std::span<Id const> viaWays) {
   DecodedWays ways;
   WayBatchMaker roads;
@@ -47,19 +58,19 @@ DecodedWays decodeWays(FilePart const& part, Selection const& selection,
     }
     if (isRoad(tags)) roads.add(id, tags, references);
   };
-  PartSink sink({.way = store, .selection = selection});
+  PartSink sink({.way = store, .selection = selectionFor(options)});
   decodePart(part, sink);
   ways.count = sink.counts().ways;
   ways.roads = roads.take();
   return ways;
 }
 
-DecodedRelations decodeRelations(FilePart const& part, Selection const& selection) {
+DecodedRelations decodeRelations(FilePart const& part, ImportOptions const& options) {
   DecodedRelations relations;
   auto const store = [&](Id id, TagMap const& tags, std::span<Member const> members) {
     relations.restrictions.add(id, tags, members);
   };
-  PartSink sink({.relation = store, .selection = selection});
+  PartSink sink({.relation = store, .selection = selectionFor(options)});
   decodePart(part, sink);
   relations.count = sink.counts().relations;
   return relations;

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "osm/Selection.hpp"
+#include "importer/ImportOptions.hpp"
 #include "osm/records.hpp"
 #include "parts/FilePart.hpp"
 #include "parts/RelationBatch.hpp"
@@ -35,7 +35,7 @@ struct DecodedWays {
 };
 
 /// `viaWays`, in file order, are those whose ends are wanted.
-DecodedWays decodeWays(FilePart const& part, OpenStreetMap::Selection const& selection,
+DecodedWays decodeWays(FilePart const& part, ImportOptions const& options,
                        std::span<OpenStreetMap::Id const> viaWays);
 
 struct DecodedRelations {
@@ -43,4 +43,4 @@ struct DecodedRelations {
   std::size_t count = 0;
 };
 
-DecodedRelations decodeRelations(FilePart const& part, OpenStreetMap::Selection const& selection);
+DecodedRelations decodeRelations(FilePart const& part, ImportOptions const& options);

@@ -5,7 +5,6 @@
 #include "graph/createNodes.hpp"
 #include "parts/PartImport.hpp"
 #include "parts/fileOrder.hpp"
-#include "support/lookup.hpp"
 #include "ways/selectHighwayWays.hpp"
 
 using OpenStreetMap::Id;
@@ -28,7 +27,11 @@ SelectedRoads selectRoads(WayBatch const& batch) {
     auto const number = find(id);
     roads.latitudes.push_back(nodes[number].latitude);
     roads.longitudes.push_back(nodes[number].longitude);
-    selected.uses.push_back(uses[number].bits());
+  }
+  for (Id const id : batch.nodes) {
+    NodeUse const use = uses[find(id)];
+    selected.uses.push_back(use.bits());
+    selected.isUsed.push_back(use.bits() != 0);
   }
   for (Way const& way : importer.reader.ways) {
     auto const numbers = nodes.numbersOf(way);
@@ -51,26 +54,21 @@ std::vector<std::int64_t> findRows(std::span<Id const> sorted, std::span<Id cons
   return rows;
 }
 
-void NodeUses::add(std::span<Id const> nodes, std::span<std::uint8_t const> uses) {
-  auto const rows = findRows(nodes_, nodes);
-  for (std::size_t i = 0; i < nodes.size(); ++i) {
-    if (rows[i] < 0) support::throwMissing();
-    auto& sum = uses_[static_cast<std::size_t>(rows[i])];
-    NodeUse use(sum);
-    use += NodeUse(uses[i]);
-    sum = use.bits();
+std::vector<std::uint8_t> findPlaces(std::size_t count, std::span<PartUses const> parts,
+                                     std::span<std::int64_t const> fixed) {
+  std::vector<NodeUse> sums(count);
+  for (PartUses const& part : parts) {
+    for (std::size_t i = 0; i < part.rows.size(); ++i) {
+      sums.at(static_cast<std::size_t>(part.rows[i])) += NodeUse(part.uses[i]);
+    }
   }
-}
-
-std::vector<std::uint8_t> NodeUses::places(std::span<Id const> fixed) const {
-  std::vector<std::uint8_t> places(nodes_.size());
-  for (std::size_t row = 0; row < places.size(); ++row) {
-    NodeUse const use(uses_[row]);
-    if (use.isJunction()) places[row] |= NodePlace::junction;
-    if (use.isContinuation()) places[row] |= NodePlace::joinable;
+  std::vector<std::uint8_t> places(count);
+  for (std::size_t row = 0; row < count; ++row) {
+    if (sums[row].isJunction()) places[row] |= NodePlace::junction;
+    if (sums[row].isContinuation()) places[row] |= NodePlace::joinable;
   }
-  for (std::int64_t const row : findRows(nodes_, fixed)) {
-    if (row >= 0) places[static_cast<std::size_t>(row)] &= NodePlace::junction;
+  for (std::int64_t const row : fixed) {
+    if (row >= 0) places.at(static_cast<std::size_t>(row)) &= NodePlace::junction;
   }
   return places;
 }

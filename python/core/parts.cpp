@@ -6,7 +6,6 @@
 #include <nanobind/stl/string.h>
 #include <nanobind/stl/vector.h>
 
-#include <cmath>
 #include <optional>
 #include <span>
 #include <string>
@@ -22,7 +21,6 @@
 #include "python/core/arrays.hpp"
 #include "python/core/chosenOptions.hpp"
 #include "python/core/columnTables.hpp"
-#include "tags/keys.hpp"
 
 namespace nb = nanobind;
 
@@ -66,12 +64,6 @@ ImportOptions optionsOfPart(nb::tuple const& options) {
   return result;
 }
 
-OpenStreetMap::Selection selectionOf(ImportOptions const& options) {
-  auto selection = roadSelection({options.tags});
-  addRestrictions(selection);
-  return selection;
-}
-
 FilePart filePart(nb::tuple const& part) {
   auto const path = nb::cast<nb::bytes>(part[0]);
   auto const number = [&](int index) { return nb::cast<std::uint64_t>(part[index]); };
@@ -100,8 +92,8 @@ nb::object findSeamOf(nb::tuple const& part) {
 
 nb::tuple decodeRelationsOf(nb::tuple const& part, nb::tuple const& options) {
   FilePart const file = filePart(part);
-  auto const selection = selectionOf(optionsOfPart(options));
-  auto relations = withoutGil([&] { return decodeRelations(file, selection); });
+  ImportOptions const chosen = optionsOfPart(options);
+  auto relations = withoutGil([&] { return decodeRelations(file, chosen); });
   auto& restrictions = relations.restrictions;
   return nb::make_tuple(pack(restrictions.batch()), arrayOf(std::move(restrictions.viaNodes)),
                         arrayOf(std::move(restrictions.ways)),
@@ -110,8 +102,8 @@ nb::tuple decodeRelationsOf(nb::tuple const& part, nb::tuple const& options) {
 
 nb::tuple decodeWaysOf(nb::tuple const& part, nb::tuple const& options, Ids const& viaWays) {
   FilePart const file = filePart(part);
-  auto const selection = selectionOf(optionsOfPart(options));
-  auto ways = withoutGil([&] { return decodeWays(file, selection, spanOf(viaWays)); });
+  ImportOptions const chosen = optionsOfPart(options);
+  auto ways = withoutGil([&] { return decodeWays(file, chosen, spanOf(viaWays)); });
   nb::object const batch = pack(ways.roads);
   std::size_t const roads = ways.roads.size();
   return nb::make_tuple(batch, arrayOf(std::move(ways.roads.nodes)), arrayOf(std::move(ways.ends)),
@@ -138,16 +130,16 @@ nb::tuple selectRoadsOf(Bytes const& batch, Array<double> const& latitudes,
   });
   nb::object const roads = pack(selected.roads);
   std::size_t const count = selected.roads.size();
-  return nb::make_tuple(roads, arrayOf(std::move(selected.roads.nodes)),
+  return nb::make_tuple(roads, arrayOf(std::move(selected.isUsed)),
                         arrayOf(std::move(selected.uses)), count, selected.missingNodes);
 }
 
-nb::object findPlacesOf(Ids const& nodes, std::vector<std::pair<Ids, Bytes>> const& uses,
+nb::object findPlacesOf(std::size_t count, std::vector<std::pair<Ids, Bytes>> const& uses,
                         Ids const& fixed) {
   return arrayOf(withoutGil([&] {
-    NodeUses sum(spanOf(nodes));
-    for (auto const& [ids, use] : uses) sum.add(spanOf(ids), spanOf(use));
-    return sum.places(spanOf(fixed));
+    std::vector<PartUses> parts;
+    for (auto const& [rows, use] : uses) parts.push_back({spanOf(rows), spanOf(use)});
+    return findPlaces(count, parts, spanOf(fixed));
   }));
 }
 

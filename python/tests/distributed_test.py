@@ -92,8 +92,8 @@ def assert_same(net, one):
         assert list(mine) == list(its)
         for column in its:
             assert same_bits(mine[column], its[column]), (name, column)
-    for name in ("counts", "limits", "reference"):
-        assert getattr(net, name) == getattr(one, name)
+    assert net.counts == one.counts and net.limits == one.limits
+    assert np.array_equal(net.reference, one.reference, equal_nan=True)
     report = one.report
     assert net.account == {
         "highwayWays": report["highwayWays"],
@@ -143,6 +143,16 @@ def test_extract(client, extract, tmp_path):
         assert set(parts[0]) - {"bbox"} == {*columns, "geometry"}
     (restrictions,) = (folder / "restrictions").iterdir()
     assert pq.read_table(restrictions).num_rows == one.restrictions.rows
+
+
+@pytest.mark.parametrize("count", [0, 9])
+def test_files_without_roads(client, tmp_path, count):
+    path = str(tmp_path / "nodes.osm.pbf")
+    write_pbf(path, [(osm_id, 1.0, osm_id / 9) for osm_id in range(count)], [], [], 2)
+    with rn.distributed.read(path, client=client, partition_size=1) as net:
+        assert_same(net, rn.read(path))
+        net.to_parquet(tmp_path / "network")
+    assert gpd.read_parquet(tmp_path / "network" / "roads").empty
 
 
 def test_a_worker_that_dies(client, extract):

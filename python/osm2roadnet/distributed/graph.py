@@ -9,8 +9,8 @@ from collections.abc import Callable, Sequence
 from dataclasses import dataclass
 from typing import Any
 
-from osm2roadnet.distributed import steps
-from osm2roadnet.distributed.plan import Plan
+from osm2roadnet.distributed import numbering, restrictions, steps
+from osm2roadnet.distributed.plan import Options, Plan
 
 Key = tuple[Any, ...]
 
@@ -53,7 +53,7 @@ class Outcome:
     facts: Key
 
 
-def graph_of(plan: Plan, options: steps.Options) -> tuple[dict[Key, Any], Outcome]:
+def graph_of(plan: Plan, options: Options) -> tuple[dict[Key, Any], Outcome]:
     """All tasks of an import."""
     return _Import(plan, options).build()
 
@@ -61,7 +61,7 @@ def graph_of(plan: Plan, options: steps.Options) -> tuple[dict[Key, Any], Outcom
 class _Import:
     """Makes the tasks stage by stage; each leaves keys for later ones, of an item a part."""
 
-    def __init__(self, plan: Plan, options: steps.Options) -> None:
+    def __init__(self, plan: Plan, options: Options) -> None:
         self.plan = plan
         self.options = options
         self.tasks = Tasks()
@@ -76,11 +76,11 @@ class _Import:
         self._cut()
         self._chain()
         roads, nodes = self._join()
-        restrictions = self._restrict()
+        turns = self._restrict()
         counted = (*self.relations, *self.decoded, *self.found, *self.selected, *self.junctions)
         sizes = [
             [self.tasks.add("count rows", steps.count_rows, key) for key in keys]
-            for keys in (roads, nodes, restrictions)
+            for keys in (roads, nodes, turns)
         ]
         facts = self.tasks.add(
             "sum up",
@@ -89,14 +89,14 @@ class _Import:
             self._take("limits", self.found, "limits"),
             *sizes,
         )
-        return self.tasks.graph, Outcome(roads, nodes, restrictions, facts)
+        return self.tasks.graph, Outcome(roads, nodes, turns, facts)
 
     def _decode(self) -> None:
         tasks, options = self.tasks, self.options
         self.relations = [
             tasks.add(
                 "decode restrictions",
-                steps.decode_relations,
+                restrictions.decode_relations,
                 part.place,
                 options,
                 self.node_seams,
@@ -120,14 +120,14 @@ class _Import:
             "positions of nodes", self.found, "positions", len(self.ways)
         )
         self.selected = [
-            self.tasks.add("select roads", steps.select_roads, batch, some, self.node_seams)
+            self.tasks.add("select roads", steps.select_roads, batch, some)
             for batch, some in zip(self._take("ways", self.decoded, "batch"), positions)
         ]
 
     def _cut(self) -> None:
         tasks, join = self.tasks, self.options[0]
         uses = tasks.exchange("uses of nodes", self.selected, "uses", len(self.nodes))
-        # Where turns are restricted roads are joined only if that is to lose something.
+        # Of compatible roads none are joined where turns are restricted.
         restricted = [
             tasks.exchange("nodes of restrictions", keys, item, len(self.nodes))
             for keys, item in ((self.decoded, "ends"), (self.relations, "via nodes"))
@@ -146,13 +146,13 @@ class _Import:
         places = tasks.exchange("junctions", self.junctions, "places", len(self.ways))
         self.cut = [
             tasks.add("cut ways", steps.cut_ways, batch, some)
-            for batch, some in zip(self._take("roads by ways", self.selected, "batch"), places)
+            for batch, some in zip(self._take("roads by ways", self.selected, "roads"), places)
         ]
 
     def _chain(self) -> None:
         tasks = self.tasks
         sizes = self._take("numbers of roads", self.cut, "counts")
-        self.numbers = tasks.add("number roads", steps.number_roads, sizes)
+        self.numbers = tasks.add("number roads", numbering.number_roads, sizes)
         open_roads = self._take("open ends", self.cut, "open")
         firsts = tasks.add("join chains", steps.join_chains, self.numbers, open_roads)
         self.roads = self._take("pieces", self.cut, "roads")
@@ -201,18 +201,22 @@ class _Import:
         named = tasks.exchange("ways of restrictions", self.relations, "ways", len(self.ways))
         of_ways = [
             tasks.add(
-                "chains of ways", steps.chains_of_ways, self.roads[p], self.chains[p], named[p]
+                "chains of ways",
+                restrictions.chains_of_ways,
+                self.roads[p],
+                self.chains[p],
+                named[p],
             )
             for p in self.ways
         ]
         wanted = [
-            tasks.add("gather chains", steps.gather_chains, some)
+            tasks.add("gather chains", restrictions.gather_chains, some)
             for some in tasks.exchange("chains of restrictions", of_ways, None, count)
         ]
         sent = [
             tasks.add(
                 "send chains",
-                steps.send_chains,
+                restrictions.send_chains,
                 p,
                 self.numbers,
                 self.roads[p],
@@ -223,7 +227,9 @@ class _Import:
         ]
         received = tasks.exchange("roads of restrictions", sent, None, count)
         return [
-            tasks.add("map restrictions", steps.map_restrictions, self.options, some, relations)
+            tasks.add(
+                "map restrictions", restrictions.map_restrictions, self.options, some, relations
+            )
             for some, relations in zip(received, self._take("relations", self.relations, "batch"))
         ]
 

@@ -45,3 +45,40 @@ def first_numbers(counts: Sequence[tuple[int, int]], begin: int) -> Ids:
     in_order = np.concatenate([table[::-1, 0], table[:, 1]])
     firsts = begin + np.cumsum(in_order) - in_order
     return np.stack([firsts[: len(table)][::-1], firsts[len(table) :]], axis=1)
+
+
+def packed_ids(ids: Ids) -> tuple[NDArray[Any], ...]:
+    """Ids in file order in less memory, to travel: the steps between them."""
+    order = file_order(ids)
+    steps = np.diff(order, prepend=np.uint64(0))
+    rest = steps[1:]
+    return order[:1], rest.astype(np.min_scalar_type(rest.max() if len(rest) else 0))
+
+
+def unpacked_ids(packed: tuple[NDArray[Any], ...]) -> Ids:
+    """And back."""
+    first, rest = packed
+    order = np.cumsum(np.concatenate([first, rest.astype(np.uint64)]), dtype=np.uint64)
+    half = np.uint64(1 << 63)
+    ids: Ids = np.where(order <= half, np.uint64(0) - order, order - half).view(np.int64)
+    return ids
+
+
+_NOWHERE = np.iinfo(np.int32).min
+
+
+def packed_degrees(degrees: NDArray[np.float64]) -> NDArray[Any]:
+    """Degrees in less memory where they are whole numbers of 100 nanodegrees, or NaN."""
+    is_there = ~np.isnan(degrees)
+    units = np.where(is_there, np.rint(np.nan_to_num(degrees) * 1e7), _NOWHERE).astype(np.int32)
+    is_exact = np.array_equal(unpacked_degrees(units), degrees, equal_nan=True)
+    return units if is_exact else degrees
+
+
+def unpacked_degrees(packed: NDArray[Any]) -> NDArray[np.float64]:
+    """And back, to the last bit."""
+    if packed.dtype != np.int32:
+        return packed
+    # As the numbers of a PBF file become degrees.
+    degrees = packed.astype(np.int64) * 100 / 1e9
+    return np.where(packed == _NOWHERE, np.nan, degrees)

@@ -12,7 +12,7 @@ from distributed import Client, as_completed, get_client
 
 from osm2roadnet.distributed import frames, steps
 from osm2roadnet.distributed.graph import Tasks, graph_of
-from osm2roadnet.distributed.plan import Plan, plan_of, possible_cuts
+from osm2roadnet.distributed.plan import Options, Plan, plan_of, possible_cuts
 from osm2roadnet.distributed.parquet import write_parquet
 from osm2roadnet.errors import ReadError
 
@@ -39,7 +39,8 @@ class Rows:
         first = [(future, 0, size[0]) for future, size in zip(futures, sizes)]
         second = [(future, size[0], sum(size)) for future, size in zip(futures, sizes)]
         whole = first + second[::-1] if last else first[::-1] + second
-        self.parts = [part for part in whole if part[1] < part[2]] or whole[:1]
+        # Without any row there are still the columns, which the first table has.
+        self.parts = [part for part in whole if part[1] < part[2]] or [(futures[0], 0, 0)]
         self.count = sum(map(sum, sizes))
 
 
@@ -59,9 +60,7 @@ class Network:
             many were not for each reason, under the names that the report has for them.
     """
 
-    def __init__(
-        self, source: str, options: steps.Options, client: Any, partition_size: int
-    ) -> None:
+    def __init__(self, source: str, options: Options, client: Any, partition_size: int) -> None:
         self.source = source
         self.join, self.oneway, _ = options
         cuts = possible_cuts(source, partition_size)
@@ -75,7 +74,7 @@ class Network:
             self.close()
             raise
 
-    def _read(self, options: steps.Options, cuts: Any) -> None:
+    def _read(self, options: Options, cuts: Any) -> None:
         seams = self.client.gather(self._each("look at parts", steps.find_seam, cuts))
         plan = plan_of(self.source, cuts, seams)
         if not plan.is_sorted:

@@ -12,12 +12,12 @@ import pyarrow as pa
 import pyarrow.parquet as pq
 from numpy.typing import NDArray
 
+from osm2roadnet.arrow import plain
 from osm2roadnet.columns import Lists
 from osm2roadnet.distributed.frames import lines_of
 from osm2roadnet.geo import points_of
 from osm2roadnet.outputs import output
 from osm2roadnet.parquet import geo_table
-from osm2roadnet.arrow import plain
 
 if TYPE_CHECKING:
     from osm2roadnet.distributed.network import Network, Rows
@@ -104,9 +104,8 @@ def along_curve(points: NDArray[np.float64]) -> NDArray[np.int64]:
 
 def _sample(places: NDArray[np.int64]) -> tuple[NDArray[np.int64], int]:
     ordered = np.sort(places)
-    return ordered[np.linspace(0, len(ordered) - 1, min(_SAMPLES, len(ordered))).astype(int)], len(
-        ordered
-    )
+    some = np.linspace(0, len(ordered) - 1, min(_SAMPLES, len(ordered))).astype(int)
+    return ordered[some], len(ordered)
 
 
 def _cuts(samples: Sequence[tuple[NDArray[np.int64], int]], count: int) -> NDArray[np.int64]:

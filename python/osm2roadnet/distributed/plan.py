@@ -17,6 +17,10 @@ from osm2roadnet.distributed.ids import file_order
 #: Path and name of the file; where the blob before the part begins and how many are before that;
 #: where the part begins and ends.
 Place = tuple[bytes, str, int, int, int, int]
+#: join, oneway, tags
+Options = tuple[str, str, "list[str] | None"]
+#: Ids as numbers in file order.
+Seams = NDArray[np.uint64]
 #: Kind and id of the last element before a place and of the first one behind it.
 Seam = tuple[int, int, int, int]
 
@@ -55,12 +59,12 @@ class Plan:
         return order == sorted(order)
 
     @cached_property
-    def node_seams(self) -> NDArray[np.uint64]:
+    def node_seams(self) -> Seams:
         """The last nodes of the parts with nodes but the last one, as numbers in file order."""
         return _seams(self.nodes)
 
     @cached_property
-    def way_seams(self) -> NDArray[np.uint64]:
+    def way_seams(self) -> Seams:
         """The same of ways."""
         return _seams(self.ways)
 
@@ -68,7 +72,7 @@ class Plan:
         return [part for part in self.all if kind in part] or [self.all[-1]]
 
 
-def _seams(having: Sequence[Part]) -> NDArray[np.uint64]:
+def _seams(having: Sequence[Part]) -> Seams:
     return file_order(np.array([part.last[1] for part in having[:-1]], np.int64))
 
 

@@ -13,37 +13,29 @@ from typing import Any
 
 import numpy as np
 import pyarrow as pa
-from numpy.typing import NDArray
 
 from osm2roadnet._core import parts
 from osm2roadnet.arrow import table_of
-from osm2roadnet.distributed.ids import Ids, concatenated, first_numbers, in_file_order, split
-from osm2roadnet.distributed.plan import Place, Seam
-from osm2roadnet.network import restriction_columns, road_columns
-
-Array = NDArray[Any]
-Seams = NDArray[np.uint64]
-#: join, oneway, tags
-Options = tuple[str, str, "list[str] | None"]
-Made = dict[str, Any]
+from osm2roadnet.distributed.ids import (
+    Ids,
+    concatenated,
+    first_numbers,
+    in_file_order,
+    packed_degrees,
+    packed_ids,
+    split,
+    unpacked_degrees,
+    unpacked_ids,
+)
+from osm2roadnet.distributed.plan import Options, Place, Seam, Seams
+from osm2roadnet.distributed.numbering import Array, Made, batches_of, ids_of, rows_by_part, there
+from osm2roadnet.network import road_columns
 
 
 def find_seam(place: Place) -> Seam | None:
     """The elements at both sides of a place in the file; None where there are none."""
     seam: Seam | None = parts.find_seam(place)
     return seam
-
-
-def decode_relations(place: Place, options: Options, node_seams: Seams, way_seams: Seams) -> Made:
-    """The turn restrictions of a part, and whom they name in which parts."""
-    batch, via_nodes, ways, via_ways, count = parts.decode_relations(place, options)
-    return {
-        "batch": batch,
-        "via nodes": split(in_file_order([via_nodes]), node_seams),
-        "ways": split(in_file_order([ways]), way_seams),
-        "via ways": split(in_file_order([via_ways]), way_seams),
-        "counts": {"relations": count},
-    }
 
 
 def decode_ways(place: Place, options: Options, via_ways: Sequence[Ids], node_seams: Seams) -> Made:
@@ -55,59 +47,62 @@ def decode_ways(place: Place, options: Options, via_ways: Sequence[Ids], node_se
     )
     return {
         "batch": batch,
-        "nodes": split(nodes, node_seams),
+        "nodes": [packed_ids(some) for some in split(nodes, node_seams)],
         "ends": split(in_file_order([ends]), node_seams),
         "counts": {"ways": count, "highway_ways": highways, "roads_by_tags": roads},
     }
 
 
-def find_nodes(place: Place, wanted: Sequence[Ids]) -> Made:
+def find_nodes(place: Place, packed: Sequence[tuple[Array, ...]]) -> Made:
     """Where the nodes of a part are that ways need."""
+    wanted = [unpacked_ids(some) for some in packed]
     nodes = in_file_order(wanted)
     lat, lon, count, limits, has_bounds = parts.decode_nodes(place, nodes)
     rows = [parts.find_rows(nodes, ids) for ids in wanted]
     return {
-        "nodes": (nodes, lat, lon),
-        "positions": [(lat[of_part], lon[of_part]) for of_part in rows],
+        "nodes": {"ids": nodes, "lat": lat, "lon": lon, "rows": rows},
+        "positions": [
+            (packed_degrees(lat[of_part]), packed_degrees(lon[of_part])) for of_part in rows
+        ],
         "counts": {"nodes": count},
         "limits": (limits, has_bounds),
     }
 
 
-def select_roads(batch: Array, positions: Sequence[tuple[Array, Array]], seams: Seams) -> Made:
-    """The ways of a part that become roads, and how they use nodes."""
-    lat, lon = (concatenated(column, np.float64) for column in zip(*positions))
-    roads, nodes, uses, selected, missing = parts.select_roads(batch, lat, lon)
-    ids = split(nodes, seams)
-    ends = np.cumsum([len(some) for some in ids])[:-1]
+def select_roads(batch: Array, positions: Sequence[tuple[Array, Array]]) -> Made:
+    """The ways of a part that become roads, and how they use the nodes that were asked for."""
+    lat, lon = (
+        concatenated(map(unpacked_degrees, column), np.float64) for column in zip(*positions)
+    )
+    roads, is_used, uses, selected, missing = parts.select_roads(batch, lat, lon)
+    ends = np.cumsum([len(some) for some, _ in positions])[:-1]
     return {
-        "batch": roads,
-        "uses": list(zip(ids, np.split(uses, ends))),
+        "roads": {"batch": roads, "is used": is_used},
+        "uses": np.split(uses, ends),
         "counts": {"selected_ways": selected, "missing_nodes": missing},
     }
 
 
 def find_junctions(
-    nodes: tuple[Ids, Array, Array],
-    uses: Sequence[tuple[Ids, Array]],
-    fixed: Sequence[Ids],
-    is_joined: bool,
+    nodes: Made, uses: Sequence[Array], fixed: Sequence[Ids], is_joined: bool
 ) -> Made:
     """Which nodes of a part are junctions, and where roads may be joined."""
-    ids, lat, lon = nodes
-    places = parts.find_places(ids, list(uses), in_file_order(fixed) if is_joined else ids)
+    ids, lat, lon, rows = (nodes[name] for name in ("ids", "lat", "lon", "rows"))
+    fixed_rows = parts.find_rows(ids, in_file_order(fixed)) if is_joined else np.arange(len(ids))
+    places = parts.find_places(len(ids), list(zip(rows, uses)), fixed_rows)
     junctions = np.flatnonzero(places)
     return {
-        "places": [places[parts.find_rows(ids, some)] for some, _ in uses],
+        "places": [places[some] for some in rows],
         "junctions": (ids[junctions], lat[junctions], lon[junctions]),
         "counts": {"junctions": len(junctions)},
     }
 
 
-def cut_ways(batch: Array, places: Sequence[Array]) -> Made:
+def cut_ways(selected: Made, places: Sequence[Array]) -> Made:
     """The ways of a part with the places where they are cut, and how their roads go on."""
+    used = concatenated(places, np.uint8)[selected["is used"].astype(bool)]
     batch, ways, road_ends, negative, roots, open_nodes, open_roads = parts.cut_ways(
-        batch, concatenated(places, np.uint8)
+        selected["batch"], used
     )
     return {
         "roads": {"batch": batch, "ways": ways, "ends": road_ends, "roots": roots},
@@ -116,22 +111,9 @@ def cut_ways(batch: Array, places: Sequence[Array]) -> Made:
     }
 
 
-def number_roads(counts: Sequence[tuple[int, int]]) -> Made:
-    """The ids of the first roads of each part: of ways with negative ids, and of the others."""
-    return {"firsts": first_numbers(counts, 1), "counts": np.array(counts, np.int64)}
-
-
-def _ids_of(numbers: Made, part: int, roads: Array) -> Ids:
-    first_negative, first = numbers["firsts"][part]
-    negative = numbers["counts"][part][0]
-    roads = roads.astype(np.int64)
-    ids: Ids = np.where(roads < negative, first_negative + roads, first + roads - negative)
-    return ids
-
-
 def join_chains(numbers: Made, open_roads: Sequence[tuple[Ids, Array]]) -> list[Ids]:
     """Of each road of a part that one of another part continues: the first road of them all."""
-    ids = [_ids_of(numbers, part, roads) for part, (_, roads) in enumerate(open_roads)]
+    ids = [ids_of(numbers, part, roads) for part, (_, roads) in enumerate(open_roads)]
     nodes = concatenated([nodes for nodes, _ in open_roads], np.int64)
     chains = parts.join_chains(nodes, concatenated(ids, np.int64))
     return np.split(chains, np.cumsum([len(some) for some in ids])[:-1])
@@ -142,7 +124,7 @@ def name_chains(
 ) -> Ids:
     """Of each road of a part: the first of all that it may be joined with."""
     roots = roads["roots"]
-    chains = _ids_of(numbers, part, np.arange(len(roots)))
+    chains = ids_of(numbers, part, np.arange(len(roots)))
     chains[found[1]] = firsts
     named: Ids = chains[roots]
     return named
@@ -150,30 +132,12 @@ def name_chains(
 
 def send_roads(part: int, numbers: Made, roads: Made, chains: Ids) -> list[Array | None]:
     """The ways of the roads that are joined in each part: where the first road of a chain is."""
-    return _batches(part, numbers, roads, _rows_by_part(numbers, chains))
-
-
-def _rows_by_part(numbers: Made, roads: Ids) -> list[Ids]:
-    """The rows of roads by the part that the road of this id comes from."""
-    firsts = numbers["firsts"]
-    order = np.concatenate([firsts[::-1, 0], firsts[:, 1]])
-    # Of parts that begin with the same id the last has it; the others have no road.
-    places = np.searchsorted(order, roads, side="right") - 1
-    count = len(firsts)
-    owners = np.where(places < count, count - 1 - places, places - count)
-    by_owner = np.argsort(owners, kind="stable")
-    return np.split(by_owner, np.searchsorted(owners[by_owner], np.arange(1, count)))
-
-
-def _batches(part: int, numbers: Made, roads: Made, sent: Sequence[Ids]) -> list[Array | None]:
-    wanted = [(rows, _ids_of(numbers, part, rows)) for rows in sent if len(rows)]
-    batches = iter(parts.ways_of_roads(roads["batch"], roads["ends"], wanted))
-    return [next(batches) if len(rows) else None for rows in sent]
+    return batches_of(part, numbers, roads, rows_by_part(numbers, chains))
 
 
 def join_roads(options: Options, batches: Sequence[Array | None], seams: Seams) -> Made:
     """The joined roads of a part, all but their elevations, and what they bring to their nodes."""
-    roads, elevations, ends = parts.part_network(options, _there(batches))
+    roads, elevations, ends = parts.part_network(options, there(batches))
     nodes = split(ends[0], seams)
     places = np.cumsum([len(some) for some in nodes])[:-1]
     return {
@@ -184,10 +148,6 @@ def join_roads(options: Options, batches: Sequence[Array | None], seams: Seams) 
         },
         "ends": list(zip(*(np.split(column, places) for column in ends))),
     }
-
-
-def _there(batches: Sequence[Array | None]) -> list[Array]:
-    return [batch for batch in batches if batch is not None]
 
 
 def level_nodes(junctions: tuple[Ids, Array, Array], ends: Sequence[tuple[Array, ...]]) -> Made:
@@ -250,7 +210,7 @@ def profile_roads(
         lengths=lambda: parts.lengths(offsets, lines),
     )
     whole = table_of(road_columns(finished)[0])
-    found = _rows_by_part(numbers, table["id"])
+    found = rows_by_part(numbers, table["id"])
     # The first part has a table in any case, for its columns.
     return [
         whole.take(pa.array(some)) if len(some) or part == 0 else None
@@ -267,41 +227,6 @@ def sort_roads(tables: Sequence[pa.Table | None], numbers: Made) -> tuple[pa.Tab
     ids = whole["id"].to_numpy()
     last_negative = numbers["counts"][:, 0].sum()
     return whole.take(pa.array(np.argsort(ids))), int(np.count_nonzero(ids <= last_negative))
-
-
-def chains_of_ways(roads: Made, chains: Ids, ways: Sequence[Ids]) -> list[Ids]:
-    """The chains of roads that ways of a part are in, of which turn restrictions speak."""
-    ends = np.concatenate([[0], roads["ends"]]).astype(np.int64)
-    found = []
-    for some in ways:
-        rows = np.searchsorted(roads["ways"], some)
-        is_road = (rows < len(roads["ways"])) & (np.append(roads["ways"], 0)[rows] == some)
-        rows = rows[is_road]
-        ranges = [np.arange(ends[row], ends[row + 1]) for row in rows.tolist()]
-        found.append(np.unique(chains[concatenated(ranges, np.int64)]))
-    return found
-
-
-def gather_chains(found: Sequence[Ids]) -> Ids:
-    """The same of the ways of all parts."""
-    chains: Ids = np.unique(concatenated(found, np.int64))
-    return chains
-
-
-def send_chains(
-    part: int, numbers: Made, roads: Made, chains: Ids, wanted: Sequence[Ids]
-) -> list[Array | None]:
-    """The ways of the roads of these chains."""
-    sent = [np.flatnonzero(np.isin(chains, some)) for some in wanted]
-    return _batches(part, numbers, roads, sent)
-
-
-def map_restrictions(
-    options: Options, batches: Sequence[Array | None], relations: Array
-) -> tuple[pa.Table, int]:
-    """The turn restrictions of a part on the network, and how many of them have negative ids."""
-    columns = restriction_columns(parts.part_restrictions(options, _there(batches), relations))
-    return table_of(columns), int(np.count_nonzero(columns["osm_relation_id"] < 0))
 
 
 def count_rows(table: tuple[pa.Table, int]) -> tuple[int, int]:
