@@ -140,13 +140,14 @@ def join_roads(options: Options, batches: Sequence[Array | None], seams: Seams) 
     roads, elevations, ends = parts.part_network(options, there(batches))
     nodes = split(ends[0], seams)
     places = np.cumsum([len(some) for some in nodes])[:-1]
+    others = [np.split(column, places) for column in ends[1:]]
     return {
         "roads": {
             "columns": roads,
             "elevations": elevations,
             "nodes": [np.unique(n) for n in nodes],
         },
-        "ends": list(zip(*(np.split(column, places) for column in ends))),
+        "ends": list(zip(map(packed_ids, nodes), *others)),
     }
 
 
@@ -154,9 +155,10 @@ def level_nodes(junctions: tuple[Ids, Array, Array], ends: Sequence[tuple[Array,
     """The nodes of a part that are in the network, with their elevations, those with negative ids
     behind the others; and for the roads of each part the elevations and rows of their nodes.
     """
-    kinds = (np.int64, np.uint8, np.uint64, np.float64)
-    columns = [concatenated(column, kind) for column, kind in zip(zip(*ends), kinds)]
-    nodes, elevations = parts.mean_elevations(*columns)
+    of_parts = [unpacked_ids(part[0]) for part in ends]
+    kinds = (np.uint8, np.uint64, np.float64)
+    columns = [concatenated(column, kind) for column, kind in zip(list(zip(*ends))[1:], kinds)]
+    nodes, elevations = parts.mean_elevations(concatenated(of_parts, np.int64), *columns)
     ids, lat, lon = junctions
     rows = parts.find_rows(ids, nodes)
     order = np.argsort(nodes.view(np.uint64), kind="stable")
@@ -165,7 +167,7 @@ def level_nodes(junctions: tuple[Ids, Array, Array], ends: Sequence[tuple[Array,
     row_of[order] = np.arange(len(nodes))
     row_of[nodes < 0] -= positive
     made = {"id": nodes, "lon": lon[rows], "lat": lat[rows], "elevation": elevations}
-    wanted = [parts.find_rows(nodes, np.unique(part[0])) for part in ends]
+    wanted = [parts.find_rows(nodes, np.unique(some)) for some in of_parts]
     return {
         "nodes": (table_of({name: column[order] for name, column in made.items()}), positive),
         "sizes": (len(nodes) - positive, positive),
