@@ -87,10 +87,10 @@ void import(Options const& options) {
   importer.run();
   time.finished("network");
 
-  if (output) output->write(importer);
-  ImportReport report;
+  std::optional<ImportReport> report;
   if (reportOutput || !options.quiet) report = reportOn(importer);
-  if (reportOutput) reportOutput->write(report, importer);
+  if (output) output->write(importer, report ? &*report : nullptr);
+  if (reportOutput) reportOutput->write(*report, importer);
   progress.wipe();
   if (output) output->commit();
   if (reportOutput) reportOutput->commit();
@@ -100,9 +100,9 @@ void import(Options const& options) {
     std::cerr << support::printable(options.inputName()) << ": gives no roads\n";
   }
   if (output) {
-    printWritten(options, importer, report, std::cerr);
+    printWritten(options, importer, *report, std::cerr);
   } else if (options.report != "-") {
-    printSummary(importer, report, time, std::cout);
+    printSummary(importer, *report, time, std::cout);
     std::cout.flush();
     if (!std::cout) throw std::runtime_error("standard output: can't write");
   }

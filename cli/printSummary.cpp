@@ -90,4 +90,9 @@ void printWritten(Options const& options, RoadNetworkImporter const& importer,
       << counted(network->getRoads().size(), "Road") << " (" << joined(options.import.joining)
       << ", " << oneWays << " one-ways), " << counted(report.toCheck(), "place") << " to check"
       << (options.report ? "" : listsThem) << '\n';
+  if (network->getRoads().size() > options.format->comfortableRoads) {
+    out << "more than " << grouped(options.format->comfortableRoads)
+        << " Roads are slow to open in a browser, if they open at all; QGIS shows them all from a "
+           "GeoPackage (-o FILE.gpkg)\n";
+  }
 }

@@ -7,10 +7,12 @@
 #include "export/writeGeoJson.hpp"
 #include "export/writeGmns.hpp"
 #include "export/writeGraphMl.hpp"
+#include "export/writeHtml.hpp"
 #include "export/writeJson.hpp"
 
 std::span<Format const> formats() {
   using Stream = Format::Stream;
+  using ReportedStream = Format::ReportedStream;
   using Files = Format::Files;
   static std::vector<Format> const all{
       {{"json"}, "the whole network, nothing lost", Stream{writeJson}, false},
@@ -33,6 +35,7 @@ std::span<Format const> formats() {
        true,
        gmnsTags()},
       {{"graphml"}, "GraphML", Stream{writeGraphMl}},
+      {{"html"}, "a map to look at", ReportedStream{writeHtml}, true, {}, comfortableRoads},
   };
   return all;
 }

@@ -1,5 +1,7 @@
 #include "export/NetworkExport.hpp"
 
+#include "report/ImportReport.hpp"
+
 namespace {
 
 std::variant<OutputFile, OutputFolder> makeOutput(Format const& format, std::string const& name,
@@ -16,9 +18,15 @@ std::variant<OutputFile, OutputFolder> makeOutput(Format const& format, std::str
 NetworkExport::NetworkExport(Format const& format, std::string const& name, bool overwrite)
     : format_(format), output_(makeOutput(format, name, overwrite)) {}
 
-void NetworkExport::write(RoadNetworkImporter const& importer) {
+void NetworkExport::write(RoadNetworkImporter const& importer, ImportReport const* report) {
   if (auto* const file = std::get_if<OutputFile>(&output_)) {
-    std::get<Format::Stream>(format_.output).write(importer, file->file());
+    if (auto const* const reported = std::get_if<Format::ReportedStream>(&format_.output)) {
+      ImportReport own;
+      if (report == nullptr) own = reportOn(importer);
+      reported->write(importer, report == nullptr ? own : *report, file->file());
+    } else {
+      std::get<Format::Stream>(format_.output).write(importer, file->file());
+    }
     file->complete();
   } else {
     std::get<Format::Files>(format_.output).write(importer, std::get<OutputFolder>(output_));

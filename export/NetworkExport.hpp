@@ -19,8 +19,9 @@ class NetworkExport {
   NetworkExport(Format const& format, std::string const& name, bool overwrite);
 
   /// The importer must have run. Writes element by element, and completes the output but for its
-  /// name. Throws std::runtime_error.
-  void write(RoadNetworkImporter const& importer);
+  /// name. `report` is the one about it, if there is any: the formats that need one make it
+  /// otherwise. Throws std::runtime_error.
+  void write(RoadNetworkImporter const& importer, ImportReport const* report = nullptr);
   /// The output takes its name. Without this, what there was stays as it was.
   void commit();
 

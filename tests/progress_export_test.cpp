@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <typeinfo>
 
+#include "export/NetworkColumns.hpp"
 #include "export/NetworkExport.hpp"
 #include "export/ReportExport.hpp"
 #include "tests/fixture/Import.hpp"
@@ -65,6 +66,7 @@ std::string xmlOf(PbfBlock const& block) {
 // Every stage there is.
 void importAndWrite(Import& import, std::string const& file, std::string const& output) {
   import.importer.run(file);
+  static_cast<void>(networkColumns(import.importer));
   NetworkExport network(*findFormat("geojson"), output, true);
   network.write(import.importer);
   ReportExport report(output, true);

@@ -20,7 +20,7 @@ if TYPE_CHECKING:
 ATTRIBUTION = "\N{COPYRIGHT SIGN} OpenStreetMap contributors, ODbL-1.0"
 
 #: The formats by the endings of their names.
-FORMATS = {name: name for name in "json geojson geojsonl gpkg fgb gmns graphml".split()}
+FORMATS = {name: name for name in "json geojson geojsonl gpkg fgb gmns graphml html".split()}
 FORMATS["ndjson"] = "geojsonl"
 
 

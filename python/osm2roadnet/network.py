@@ -6,7 +6,7 @@ from typing import TYPE_CHECKING, Any
 
 import numpy as np
 
-from osm2roadnet import files, graphs, pictures
+from osm2roadnet import files, graphs, map_page, pictures
 from osm2roadnet.columns import Columns, Lists, texts_of, untaken
 from osm2roadnet.errors import require
 from osm2roadnet.report import Report
@@ -215,8 +215,8 @@ class Network:
 
         Args:
             path: where to; it is there whole or not at all.
-            format: ``gpkg``, ``geojson``, ``geojsonl``, ``fgb``, ``gmns``, ``graphml`` or
-                ``json``; by default what the path ends in. ``gpkg`` and ``fgb`` need
+            format: ``gpkg``, ``geojson``, ``geojsonl``, ``fgb``, ``gmns``, ``graphml``, ``html``
+                or ``json``; by default what the path ends in. ``gpkg`` and ``fgb`` need
                 ``osm2roadnet[files]``.
             overwrite: whether to replace what is there.
 
@@ -243,6 +243,24 @@ class Network:
         """
         axes: Axes = require("osm2roadnet.plots", "plot").plot(self, ax, color, oneways)
         return axes
+
+    def explore(
+        self, path: StrPath | None = None, *, show: bool | None = None, overwrite: bool = False
+    ) -> map_page.MapPage:
+        """Writes the network as a map to look at, and opens it in a browser.
+
+        One page that needs nothing else: roads and nodes to ask, streets to search, the report to
+        go through; docs/map-page.md has more. A notebook shows what this returns.
+
+        Args:
+            path: where to write it; by default a new file among the temporary ones.
+            show: whether to open a browser; by default everywhere but in notebooks.
+            overwrite: whether to replace what is there.
+
+        Raises:
+            FileExistsError, OSError, RuntimeError: as `to_file`.
+        """
+        return map_page.explore(self, path, show, overwrite)
 
     def __len__(self) -> int:
         return self.roads.rows

@@ -1,7 +1,9 @@
 """What others make of a network, with their own functions."""
 
+import html
 import json
 import math
+import shutil
 import sys
 import xml.etree.ElementTree as ElementTree
 
@@ -209,7 +211,9 @@ def meets(bounds, box):
     )
 
 
-@pytest.mark.parametrize("ending", ["gpkg", "fgb", "gmns", "graphml", "geojson", "ndjson", "json"])
+@pytest.mark.parametrize(
+    "ending", ["gpkg", "fgb", "gmns", "graphml", "geojson", "ndjson", "html", "json"]
+)
 def test_files_are_the_programs(ending, source, tmp_path, request):
     network = rn.read(source)
     ours, theirs = tmp_path / f"ours.{ending}", tmp_path / f"theirs.{ending}"
@@ -280,12 +284,24 @@ def test_pictures(network):
     assert lines == len(network) and arrows.N == np.sum(network.roads["direction"] != 3)
     assert network.plot(ax=axes) is axes
     matplotlib.pyplot.close("all")
-    html = network._repr_html_()
-    assert f"{len(network):,}" in html and len(html) < 200_000
-    picture = html[html.index("<svg") : html.index("</svg>") + 6]
+    shown = network._repr_html_()
+    assert f"{len(network):,}" in shown and len(shown) < 200_000
+    picture = shown[shown.index("<svg") : shown.index("</svg>") + 6]
     paths = "".join(path.get("d", "") for path in ElementTree.fromstring(picture).iter())
     assert paths.count("M") == min(len(network), 2000)
     assert "traps" in network.report._repr_html_()
+
+
+def test_the_map_page_opens_and_shows_itself(town, tmp_path, monkeypatch):
+    opened = []
+    monkeypatch.setattr("webbrowser.open", opened.append)
+    page = town.explore()
+    assert opened == [page.path.as_uri()] and page.path.name == "harbour-town.osm.html"
+    town.explore(tmp_path / "town.html", show=False)
+    assert len(opened) == 1 and (tmp_path / "town.html").read_bytes() == page.path.read_bytes()
+    shown = html.unescape(page._repr_html_())
+    assert f'srcdoc="{page.path.read_text(encoding="utf-8")}"' in shown
+    shutil.rmtree(page.path.parent)
 
 
 @pytest.mark.parametrize(

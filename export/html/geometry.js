@@ -1,0 +1,87 @@
+// On the WGS 84 ellipsoid, and on the map.
+
+/** @typedef {[number, number]} Place longitude, latitude in degrees; the longitude may be beyond 180 */
+/** @typedef {[number, number, number, number]} Box west, south, east, north in degrees */
+
+const radians = Math.PI / 180;
+
+/**
+ * Metres between two places, along the ellipsoid where they are near each other.
+ * @param {Place} a
+ * @param {Place} b
+ */
+function distanceBetween([x1, y1], [x2, y2]) {
+  const axis = 6378137;
+  const eccentricity = 0.0066943799901413165;  // squared
+  const sine = Math.sin(((y1 + y2) / 2) * radians);
+  const flat = 1 - eccentricity * sine * sine;
+  const normal = axis / Math.sqrt(flat);
+  const east = normal * Math.cos(((y1 + y2) / 2) * radians) * (x2 - x1) * radians;
+  const north = ((normal * (1 - eccentricity)) / flat) * (y2 - y1) * radians;
+  return Math.hypot(east, north);
+}
+
+/**
+ * The longitude, or that of the same place once around, that is nearest to `near`.
+ * @param {number} longitude
+ * @param {number} near
+ */
+function unwrapped(longitude, near) {
+  return longitude + 360 * Math.round((near - longitude) / 360);
+}
+
+/**
+ * Metres from the start of a line to each of its points.
+ * @param {Place[]} line
+ */
+function distancesAlong(line) {
+  const distances = [0];
+  for (let i = 1; i < line.length; ++i) {
+    distances.push(distances[i - 1] + distanceBetween(line[i - 1], line[i]));
+  }
+  return distances;
+}
+
+/**
+ * The smallest box around points; none around nothing.
+ * @param {ArrayLike<number>} points longitude and latitude in turns
+ * @returns {Box | null}
+ */
+function boxAround(points) {
+  if (points.length === 0) return null;
+  /** @type {Box} */
+  const box = [points[0], points[1], points[0], points[1]];
+  for (let i = 0; i < points.length; i += 2) {
+    const x = unwrapped(points[i], (box[0] + box[2]) / 2);
+    box[0] = Math.min(box[0], x);
+    box[1] = Math.min(box[1], points[i + 1]);
+    box[2] = Math.max(box[2], x);
+    box[3] = Math.max(box[3], points[i + 1]);
+  }
+  return box;
+}
+
+/**
+ * How far a point of the screen is from a line on it, in pixels.
+ * @param {{x: number, y: number}} point
+ * @param {{x: number, y: number}[]} line
+ */
+function distanceToLine(point, line) {
+  let nearest = Infinity;
+  for (let i = 0; i < line.length; ++i) {
+    const a = line[Math.max(i - 1, 0)];
+    const b = line[i];
+    const dx = b.x - a.x;
+    const dy = b.y - a.y;
+    const along = ((point.x - a.x) * dx + (point.y - a.y) * dy) / (dx * dx + dy * dy);
+    const t = along > 0 ? Math.min(along, 1) : 0;  // also for a line without a length
+    nearest = Math.min(nearest, Math.hypot(point.x - a.x - t * dx, point.y - a.y - t * dy));
+  }
+  return nearest;
+}
+
+/** @param {number} metres */
+function lengthText(metres) {
+  if (metres < 1000) return `${metres.toFixed(metres < 100 ? 1 : 0)} m`;
+  return `${(metres / 1000).toFixed(metres < 100000 ? 2 : 0)} km`;
+}

@@ -1,0 +1,260 @@
+// How the map looks: its layers from the ground up.
+
+/** @typedef {maplibregl.LayerSpecification} Layer */
+/** @typedef {any} Expression */
+
+/** Half the height from one layer of bridges or tunnels to the next, in metres. */
+const levelHeight = 2.45;
+const lowestLevel = -3;
+const highestLevel = 6;
+
+/**
+ * Where a stretch of road stands in the order of drawing.
+ * @param {number} elevation
+ */
+function levelOf(elevation) {
+  const level = Math.round(elevation / levelHeight);
+  return Number.isNaN(level) ? 0 : Math.max(lowestLevel, Math.min(level, highestLevel));
+}
+
+/** Pixels across a road by class, at the zooms of `widthZooms`. */
+const widthZooms = [9, 12, 14, 16, 19];
+/** @type {Record<string, number[]>} */
+const roadWidths = {
+  motorway: [1.3, 2.8, 5.5, 12, 38],
+  trunk: [1.2, 2.5, 5, 11, 35],
+  primary: [1.1, 2.2, 4.6, 10.5, 32],
+  secondary: [0.8, 1.8, 4.1, 9.5, 29],
+  tertiary: [0.6, 1.4, 3.5, 8.5, 26],
+  service: [0.15, 0.35, 1.4, 4.2, 13],
+  other: [0.3, 0.7, 2.6, 7, 22],
+};
+const linkWidth = 0.7;
+/** The zoom from which minor roads have edges. */
+const edgesFrom = 12.5;
+
+/**
+ * @param {(kind: string) => any} valueOf of a class; of "other" for those that are none of `kinds`
+ * @param {string[]} kinds
+ * @returns {Expression}
+ */
+function byClass(valueOf, kinds) {
+  return ["match", ["get", "class"], ...kinds.flatMap((kind) => [kind, valueOf(kind)]),
+          valueOf("other")];
+}
+
+/** Pixels across a road, and as much more. @param {number[]} more at each zoom @returns {Expression} */
+function widthExpression(more = [0, 0, 0, 0, 0]) {
+  const kinds = Object.keys(roadWidths).filter((kind) => kind !== "other");
+  return ["interpolate", ["exponential", 1.5], ["zoom"], ...widthZooms.flatMap((zoom, i) => [
+    zoom, ["+", more[i], ["*", ["case", ["has", "link"], linkWidth, 1],
+                          byClass((kind) => roadWidths[kind][i], kinds)]]])];
+}
+
+/** What matters more has the higher number. @returns {Expression} */
+function rankExpression() {
+  const ranks = byClass((kind) => (roadClasses.length - roadClasses.indexOf(kind)) * 2, roadClasses);
+  return ["-", ranks, ["case", ["has", "link"], 1, 0]];
+}
+
+/** The first of the classes along a road, and whether it is a link. @param {string} highway */
+function roadClass(highway) {
+  const first = highway.split(";")[0];
+  const link = first.endsWith("_link");
+  return { class: link ? first.slice(0, -"_link".length) : first, link };
+}
+
+/** @typedef {"class" | "direction" | "elevation" | "pieces" | "component"} Colouring */
+
+/**
+ * What each colour means, for the key.
+ * @typedef {{title: string, entries: [label: string, colour: string][]}} Key
+ */
+
+/** @param {Theme} theme @returns {Record<Colouring, Key>} */
+function keysOf(theme) {
+  const { heights, scale, groups, calm } = theme;
+  return {
+    class: { title: "Class of road", entries: [
+      ["Motorway", theme.roads.motorway], ["Trunk", theme.roads.trunk],
+      ["Primary", theme.roads.primary], ["Secondary", theme.roads.secondary],
+      ["Tertiary", theme.roads.tertiary], ["Other", theme.minor]] },
+    direction: { title: "Direction of travel", entries: [
+      ["Both ways", calm], ["One-way", theme.accent]] },
+    elevation: { title: "Elevation above the ground", entries: [
+      ["Below −4 m", heights[0]], ["−4 to −1 m", heights[1]], ["On the ground", heights[2]],
+      ["1 to 4 m", heights[3]], ["Above 4 m", heights[4]]] },
+    pieces: { title: "Pieces of ways joined", entries: [
+      ["1", scale[0]], ["2", scale[1]], ["3 or 4", scale[2]], ["5 to 8", scale[3]],
+      ["9 and more", scale[4]]] },
+    component: { title: "What is connected", entries: [
+      ["Largest part", groups[0]], ...groups.slice(1).map((colour, i) => (
+        /** @type {[string, string]} */ ([i === 5 ? "Others, in turns" : `Part ${i + 2}`, colour])))] },
+  };
+}
+
+/** The colours of roads. @param {Theme} theme @param {Colouring} colouring @returns {Expression} */
+function colourExpression(theme, colouring) {
+  const { heights, scale, groups, calm } = theme;
+  switch (colouring) {
+    case "direction":
+      return ["case", ["!", ["has", "direction"]], calm, theme.accent];
+    case "elevation":
+      return ["step", ["coalesce", ["get", "elevation"], 0], heights[0], -4, heights[1], -1, heights[2], 1,
+              heights[3], 4, heights[4]];
+    case "pieces":
+      return ["step", ["coalesce", ["get", "pieces"], 1], scale[0], 2, scale[1], 3, scale[2], 5, scale[3], 9,
+              scale[4]];
+    case "component":
+      return ["case", ["!", ["has", "component"]], groups[0],
+              ["match", ["%", ["get", "component"], groups.length - 1],
+               ...groups.slice(2).flatMap((colour, i) => [i + 2, colour]), groups[1]]];
+    default: {
+      const kinds = Object.keys(theme.roads);
+      /** @param {string} minor */
+      const colours = (minor) => byClass((kind) => theme.roads[kind] ?? minor, kinds);
+      const far = byClass((kind) => theme.roads[kind] ?? theme.minorFar,
+                          kinds.filter((kind) => majorClasses.includes(kind) && kind !== "tertiary"));
+      return ["interpolate", ["linear"], ["zoom"], 12.5, far, 14, colours(theme.minor)];
+    }
+  }
+}
+
+/**
+ * The two layers of the roads of a level: their edges, and what is between them.
+ * @param {Theme} theme
+ * @param {Colouring} colouring
+ * @param {number} level
+ * @returns {Layer[]}
+ */
+function roadLayers(theme, colouring, level) {
+  const isRaised = level > 0;
+  const isBelow = level < 0;
+  const common = { type: /** @type {const} */ ("line"), source: "network", "source-layer": "roads" };
+  /** @type {any} */
+  const onLevel = ["==", ["coalesce", ["get", "level"], 0], level];
+  /** @type {any} */
+  const isMajor = ["in", ["get", "class"], ["literal", majorClasses]];
+  // From afar nobody sees what ends and corners look like.
+  /** @type {any} */
+  const shape = { "line-cap": ["step", ["zoom"], "butt", edgesFrom, "round"],
+                  "line-join": ["step", ["zoom"], "miter", edgesFrom, "round"],
+                  "line-sort-key": rankExpression() };
+  const edges = colouring === "class"
+    ? byClass((kind) => theme.edges[kind] ?? theme.minorEdge, Object.keys(theme.edges))
+    : theme.minorEdge;
+  return [
+    { id: `edges ${level}`, ...common,
+      // Without edges, thin roads from afar look calmer.
+      filter: ["all", onLevel, ["step", ["zoom"], isMajor, edgesFrom, true]],
+      layout: { ...shape, ...(level === 0 ? {} : { "line-cap": "butt" }) },
+      paint: {
+        "line-color": isRaised ? theme.bridgeEdge : edges,
+        "line-width": widthExpression(isRaised ? [0.6, 1.2, 2, 3, 4.5] : [0.3, 0.8, 1.3, 2, 3]),
+        "line-opacity": ["interpolate", ["linear"], ["zoom"], edgesFrom, ["case", isMajor, 0.8, 0],
+                         edgesFrom + 1, isBelow ? 0.4 : isRaised ? 0.85 : 1],
+        ...(isBelow ? { "line-dasharray": [2, 1.2] } : {}),
+      } },
+    { id: `roads ${level}`, ...common, filter: onLevel, layout: shape,
+      paint: {
+        "line-color": colourExpression(theme, colouring),
+        "line-width": widthExpression(),
+        ...(isBelow ? { "line-opacity": 0.55 } : {}),
+      } },
+  ];
+}
+
+/** @param {Theme} theme @returns {Layer[]} */
+function selectionLayers(theme) {
+  return [
+    { id: "selected roads", type: "line", source: "selection",
+      filter: ["==", ["geometry-type"], "LineString"],
+      layout: { "line-join": "round", "line-cap": "round" },
+      paint: { "line-color": theme.accent, "line-width": widthExpression([3, 3, 3, 3, 3]),
+               "line-opacity": 0.28 } },
+    { id: "selected edges", type: "line", source: "selection",
+      filter: ["==", ["geometry-type"], "LineString"],
+      layout: { "line-join": "round" },
+      paint: { "line-color": theme.accent, "line-gap-width": widthExpression([1, 1, 2, 3, 4]),
+               "line-width": 2.5 } },
+  ];
+}
+
+/** @param {Theme} theme @returns {Layer[]} */
+function placeLayers(theme) {
+  const severity = /** @type {any} */ (["match", ["get", "severity"], 0, theme.severities[0], 1,
+                                        theme.severities[1], theme.severities[2]]);
+  return [
+    { id: "nodes", type: "circle", source: "network", "source-layer": "nodes", minzoom: 15.5,
+      paint: { "circle-color": theme.paper, "circle-stroke-color": theme.node,
+               "circle-radius": ["interpolate", ["linear"], ["zoom"], 15.5, 1.6, 17, 3.2, 20, 6],
+               "circle-stroke-width": ["interpolate", ["linear"], ["zoom"], 15.5, 0.8, 18, 1.8] } },
+    { id: "finding lines", type: "line", source: "findings",
+      filter: ["literal", false],  // none yet
+      layout: { "line-cap": "round", "line-join": "round",
+                "line-sort-key": ["-", ["get", "severity"]] },
+      paint: { "line-color": severity, "line-width": 5, "line-opacity": 0.55 } },
+    { id: "finding points", type: "circle", source: "findings",
+      filter: ["literal", false],
+      layout: { "circle-sort-key": ["-", ["get", "severity"]] },
+      paint: { "circle-color": severity, "circle-stroke-color": theme.halo,
+               "circle-radius": ["interpolate", ["linear"], ["zoom"], 10, 3.5, 16, 7],
+               "circle-stroke-width": 1.5 } },
+    { id: "selected points", type: "circle", source: "selection",
+      filter: ["==", ["geometry-type"], "Point"],
+      paint: { "circle-color": theme.accent, "circle-opacity": 0.25, "circle-radius": 11,
+               "circle-stroke-color": theme.accent, "circle-stroke-width": 2.5 } },
+  ];
+}
+
+/** Arrows, numbers and names. @param {Theme} theme @returns {Layer[]} */
+function labelLayers(theme) {
+  const fromRoads = { source: "network", "source-layer": "roads" };
+  const onLine = { "symbol-placement": /** @type {const} */ ("line") };
+  const font = ["Medium", ...labelFonts];  // the map takes the weight from the first name
+  return [
+    { id: "arrows", type: "symbol", ...fromRoads, minzoom: 15,
+      filter: ["has", "direction"],
+      layout: { ...onLine, "symbol-spacing": 110, "icon-image": "arrow",
+                "icon-rotate": ["case", ["==", ["get", "direction"], forward], 0, 180],
+                "icon-keep-upright": false, "icon-padding": 1,
+                "icon-size": ["interpolate", ["linear"], ["zoom"], 15, 0.55, 18, 1] } },
+    { id: "names", type: "symbol", ...fromRoads, minzoom: namesFrom,
+      filter: ["all", ["has", "name"], ["!", ["has", "image"]],
+               ["step", ["zoom"], ["in", ["get", "class"], ["literal", majorClasses]], 14, true]],
+      layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", rankExpression()],
+                "text-field": ["get", "name"], "text-font": font, "text-max-angle": 35,
+                "text-padding": 3, "text-letter-spacing": 0.01,
+                "text-size": ["interpolate", ["linear"], ["zoom"], 12, 10.5, 16, 12.5, 19, 15] },
+      paint: { "text-color": theme.text, "text-halo-color": theme.halo, "text-halo-width": 1.6 } },
+    { id: "name images", type: "symbol", ...fromRoads, minzoom: 14.5,
+      filter: ["has", "image"],
+      layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", rankExpression()],
+                "icon-padding": [36, 4],  // the map makes room for them as if they lay level
+                "icon-image": ["concat", isDark() ? "dark:" : "light:", ["get", "name"]] } },
+    { id: "numbers", type: "symbol", ...fromRoads, minzoom: numbersFrom,
+      filter: ["all", ["has", "number"], ["in", ["get", "class"], ["literal", majorClasses]]],
+      layout: { ...onLine, "symbol-spacing": 420, "text-field": ["get", "number"],
+                "text-font": font, "text-size": 10, "text-rotation-alignment": "viewport",
+                "icon-rotation-alignment": "viewport", "icon-image": "shield",
+                "icon-text-fit": "both", "text-padding": 12, "icon-padding": 12 },
+      paint: { "text-color": theme.text } },
+  ];
+}
+
+/**
+ * All layers, from the lowest to the highest.
+ * @param {Theme} theme
+ * @param {Colouring} colouring
+ * @param {number[]} levels that there are roads on, ascending
+ * @returns {Layer[]}
+ */
+function mapLayers(theme, colouring, levels) {
+  return [
+    { id: "paper", type: "background", paint: { "background-color": theme.paper } },
+    ...levels.flatMap((level) => roadLayers(theme, colouring, level)),
+    ...selectionLayers(theme),
+    ...placeLayers(theme),
+    ...labelLayers(theme),
+  ];
+}

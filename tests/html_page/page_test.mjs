@@ -1,0 +1,269 @@
+// page_test.mjs PROGRAM FOLDER: the map page in a browser. FOLDER has playwright-core.
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { createRequire } from "node:module";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { after, before, test } from "node:test";
+import { fileURLToPath, pathToFileURL } from "node:url";
+import { gunzipSync } from "node:zlib";
+
+const [program, modules] = process.argv.slice(-2);
+const { chromium } = createRequire(join(modules, "/"))("playwright-core");
+const root = fileURLToPath(new URL("../..", import.meta.url));
+const example = join(root, "examples/harbour-town.osm");
+const folder = mkdtempSync(join(tmpdir(), "map-page-"));
+const software = ["--use-gl=angle", "--use-angle=swiftshader", "--enable-unsafe-swiftshader"];
+const paper = [0xf4, 0xf1, 0xea];
+
+/** All that text, ids and places can do to a page. */
+const odd = `<osm version="0.6">
+<node id="9007199254740993" lat="0.1" lon="-179.999"/><node id="-7" lat="0.1" lon="179.998"/>
+<node id="3" lat="0.103" lon="179.999"/><node id="4" lat="0.1000000001" lon="-179.9975"/>
+<node id="5" lat="-0.0" lon="-179.9985"/>
+<way id="9223372036854775807"><nd ref="-7"/><nd ref="9007199254740993"/><tag k="highway" v="primary"/>
+<tag k="name" v="&lt;/script>&lt;script>document.title='run'&lt;/script>"/><tag k="layer" v="1e308"/></way>
+<way id="2"><nd ref="9007199254740993"/><nd ref="4"/><tag k="highway" v="service"/>
+<tag k="name" v="شارع &quot;الميناء&quot; 東京 &amp; '\`"/></way>
+<way id="3"><nd ref="-7"/><nd ref="3"/><tag k="highway" v="x"/></way>
+<way id="4"><nd ref="4"/><nd ref="5"/><tag k="highway" v="residential"/><tag k="oneway" v="-1"/>
+<tag k="name" v="\u0130stiklal\u0308 Cad."/></way></osm>`;
+
+let browser;
+before(async () => {
+  browser = await chromium.launch({ executablePath: "/usr/bin/chromium",
+                                    args: ["--no-sandbox", ...software] });
+});
+after(async () => {
+  await browser?.close();
+  rmSync(folder, { recursive: true });
+});
+
+function run(...args) {
+  return execFileSync(program, args, { encoding: "utf8", maxBuffer: 1 << 28 });
+}
+
+/** The page of some OSM data, or of a file. */
+function pageOf(name, source) {
+  const input = source.includes("<") ? join(folder, `${name}.osm`) : source;
+  if (input !== source) writeFileSync(input, source);
+  const output = join(folder, `${name}.html`);
+  run(input, "-q", "--overwrite", "-o", output);
+  return output;
+}
+
+/** Opens it, and fails at the end if it asked for something, or complained. */
+async function opened(t, file, { hash = "", from = browser, ...options } = {}) {
+  const view = await from.newPage({ viewport: { width: 1000, height: 700 }, ...options });
+  const wrong = [];
+  view.on("request", (request) => {
+    if (!/^(file|blob|data):/.test(request.url())) wrong.push(request.url());
+  });
+  view.on("console", (message) => {
+    if (["error", "warning"].includes(message.type())) wrong.push(message.text());
+  });
+  view.on("pageerror", (error) => wrong.push(error.message));
+  await view.goto(pathToFileURL(file).href + hash);
+  await view.waitForSelector("html[data-drawn]", { state: "attached" });
+  t.after(async () => {
+    await view.close();
+    assert.deepEqual(wrong, []);
+  });
+  return view;
+}
+
+/** The colour of a point of the screen. */
+async function colourAt(view, x, y) {
+  const picture = await view.screenshot({ clip: { x: Math.round(x), y: Math.round(y), width: 1,
+                                                  height: 1 } });
+  const blank = await browser.newPage();
+  const colour = await blank.evaluate(async (data) => {
+    const image = new Image();
+    image.src = `data:image/png;base64,${data}`;
+    await image.decode();
+    const context = document.createElement("canvas").getContext("2d");
+    context.drawImage(image, 0, 0);
+    return [...context.getImageData(0, 0, 1, 1).data.slice(0, 3)];
+  }, picture.toString("base64"));
+  await blank.close();
+  return colour;
+}
+
+const text = (view, selector) => view.locator(selector).innerText();
+// Draws once more, as it may be idle already.
+const idle = (view) => view.evaluate(() => {
+  page.view.map.triggerRepaint();
+  return page.view.map.once("idle").then(() => null);
+});
+
+test("roads stand where they should, bridges over what they cross", async (t) => {
+  const [latitude, longitude, zoom] = [54.8060, 13.8976624, 17];
+  const view = await opened(t, pageOf("example", example),
+                            { hash: `#map=${zoom}/${latitude}/${longitude}` });
+  const osm = readFileSync(example, "utf8");
+  const place = (id) => [...new RegExp(`<node id="${id}" [^>]*lat="([^"]*)" lon="([^"]*)"`)
+    .exec(osm).slice(1)].map(Number);
+  // Web Mercator, 512 pixels around the world at zoom 0.
+  const project = ([lat, lon]) => {
+    const mercator = (y) => Math.log(Math.tan(Math.PI / 4 + (y * Math.PI) / 360));
+    const size = 512 * 2 ** zoom;
+    return [500 + ((lon - longitude) / 360) * size,
+            350 - ((mercator(lat) - mercator(latitude)) / (2 * Math.PI)) * size];
+  };
+  // A bridge of a yellow road, from 1075 to 1076, over a red motorway, from 1003 to 1004.
+  const [[x1, y1], [x2, y2], [x3, y3], [x4, y4]] = [1075, 1076, 1003, 1004].map(place).map(project);
+  const share = ((x3 - x1) * (y4 - y3) - (y3 - y1) * (x4 - x3)) /
+                ((x2 - x1) * (y4 - y3) - (y2 - y1) * (x4 - x3));
+  const [x, y] = [x1 + share * (x2 - x1), y1 + share * (y2 - y1)];
+  assert.deepEqual(await colourAt(view, x, y), [0xf9, 0xc9, 0x76]);
+  const along = (80 * (y4 - y3)) / (x4 - x3);
+  assert.deepEqual(await colourAt(view, x + 80, y + along), [0xec, 0x8a, 0x68]);
+  assert.deepEqual(await colourAt(view, x + 80, y + along + 30), paper);
+});
+
+test("the page has the network, to the last bit", async (t) => {
+  for (const [name, source] of [["example", example], ["odd", odd]]) {
+    const file = pageOf(name, source);
+    const view = await opened(t, file);
+    // In JSON, ids as texts: numbers would lose digits.
+    const json = run(name === "odd" ? join(folder, "odd.osm") : example, "-o", "-", "--join",
+                     "compatible", "--oneway", "implied").replace(/"id": (\d+)/g, '"id": "$1"');
+    const network = JSON.parse(json.replaceAll("1e999", '"inf"'));
+    const found = await view.evaluate(async () => {
+      const { network, details } = await page.read();
+      const wrap = (x) => (x > 180 ? x - 360 : x < -180 ? x + 360 : x);
+      return {
+        nodes: Array.from(details.nodeIds, (id, i) => [String(BigInt.asUintN(64, id)),
+                                                       network.latitudes[i], network.longitudes[i]]),
+        roads: Array.from(details.roadIds, (id, i) => [String(id), network.directions[i],
+          network.lineOf(i).map(([x]) => wrap(x)), network.lineOf(i).map(([, y]) => y),
+          Array.from(network.elevationsOf(i), (z) => (z === Infinity ? "inf" : z))]),
+      };
+    });
+    assert.deepEqual(found.nodes, network.nodes.map(({ id, position: [y, x] }) => [id, y, x]));
+    const near = (line) => line.map((x) => Number(x.toFixed(9)));  // once around and back
+    assert.deepEqual(found.roads.map(([id, way, xs, ...rest]) => [id, way, near(xs), ...rest]),
+      network.roads.map(({ id, direction, centersX, centersY, segments: [{ elevations }] }) =>
+        [id, direction, near(centersY), centersX, elevations.map((z) => z ?? NaN)]));
+  }
+});
+
+test("names are shown and never run, ids keep their digits, the antimeridian is no edge", async (t) => {
+  const view = await opened(t, pageOf("odd", odd), { hash: "#road=3" });
+  assert.equal(await text(view, "#panel-title"), "</script><script>document.title='run'</script>");
+  assert.equal(await view.title(), "odd – road network");
+  assert.equal(await view.locator('a[href$="/way/9223372036854775807"]').count(), 1);
+  assert.match(await text(view, "#panel-body"), /9007199254740993/);
+  for (const [query, title] of [["istiklal", "\u0130stiklal\u0308 Cad."], ["الميناء", "شارع"],
+                                ["9007199254740993", "Node 9007199254740993"], ["-7", "Node -7"]]) {
+    await view.fill("#search", query);
+    await view.press("#search", "Enter");
+    await view.waitForFunction(([start]) => document.getElementById("panel-title")
+      .textContent.startsWith(start), [title]);
+  }
+  const { lng } = await view.evaluate("page.view.map.getCenter()");
+  assert.ok(Math.abs(Math.abs(lng) - 180) < 0.1, `the map is at ${lng}`);
+});
+
+test("search, keyboard, click, and the elevation of a road", async (t) => {
+  const view = await opened(t, pageOf("example", example));
+  await view.keyboard.press("/");
+  await view.keyboard.type("ULICA zeglarzy");
+  await view.waitForSelector("#panel:visible");
+  assert.match(await text(view, "#panel-body"), /ulica Żeglarzy Północy/);
+  await view.fill("#search", "str");
+  await view.keyboard.press("Enter");
+  const first = await text(view, "#panel-title");
+  await view.keyboard.press("Enter");
+  assert.match(await text(view, "#search-count"), /^2 of \d+$/);
+  assert.notEqual(await text(view, "#panel-title"), first);
+  await view.keyboard.press("Escape");
+  await view.waitForSelector("#panel", { state: "hidden" });
+  // The longest road with a rise, and what is said of it.
+  const [x, y, name] = await view.evaluate(async () => {
+    const { network } = page;
+    const road = Array.from(network.directions).findIndex((_, i) =>
+      network.nameOf(i) === "Lindenallee" && new Set(network.elevationsOf(i)).size > 1);
+    const [a, b] = network.lineOf(road);
+    page.view.map.jumpTo({ center: b, zoom: 18 });
+    await page.view.map.once("idle");
+    const { x, y } = page.view.map.project([(a[0] + 2 * b[0]) / 3, (a[1] + 2 * b[1]) / 3]);
+    return [x, y, network.nameOf(road)];
+  });
+  await view.mouse.click(x, y);
+  await view.waitForSelector("#panel:visible .profile");
+  assert.equal(await text(view, "#panel-title"), name);
+  const body = await text(view, "#panel-body");
+  for (const part of [/both ways/, /\d m/, /highway/i, /Neighbours \(\d/, /largest connected part/]) {
+    assert.match(body, part);
+  }
+  assert.equal(new URL(view.url()).hash.includes("road="), true);
+});
+
+test("the report: by kind and severity, each entry leads to its place", async (t) => {
+  const report = JSON.parse(run(example, "-r", "-", "--join", "compatible", "--oneway", "implied"));
+  const count = Object.values(report.toCheck).flat().length;
+  const view = await opened(t, pageOf("example", example));
+  await view.click("#report-button");
+  assert.equal(await text(view, "#panel-title"), `${count} places to check`);
+  await view.click(".chip.low");
+  const [trap] = report.toCheck.traps.filter(({ severity }) => severity === "high");
+  await view.click("summary:has-text('Traps')");
+  assert.equal(await view.locator(".finding.low").count(), 0);
+  await view.click(".finding.high >> nth=0");
+  await idle(view);
+  assert.match(await text(view, "#panel-body"), new RegExp(trap.text.slice(0, 40)));
+  const away = await view.evaluate(({ latitude, longitude }) => {
+    const { x, y } = page.view.map.project([longitude, latitude]);
+    return x > 0 && x < innerWidth && y > 0 && y < innerHeight ? 0 : [x, y];
+  }, trap);
+  assert.equal(away, 0);
+  await view.click("#back-button");
+  assert.equal(await text(view, "#panel-title"), `${count} places to check`);
+});
+
+test("light and dark, colours, and a narrow phone", async (t) => {
+  const view = await opened(t, pageOf("example", example), {
+    colorScheme: "dark", viewport: { width: 360, height: 640 }, isMobile: true, hasTouch: true });
+  const [dark] = await colourAt(view, 10, 500);
+  await view.tap("#theme-button");
+  await idle(view);
+  const [light] = await colourAt(view, 10, 500);
+  assert.ok(dark < 60 && light > 200, `${dark}, ${light}`);
+  await view.tap("#key-button");
+  for (const name of ["direction", "elevation", "pieces", "component", "class"]) {
+    await view.check(`input[value=${name}]`);
+    await idle(view);
+  }
+  const widths = await view.evaluate(() => [document.documentElement.scrollWidth,
+    ...["bar", "panel", "attribution"].map((id) =>
+      document.getElementById(id).getBoundingClientRect().right)]);
+  assert.ok(Math.max(...widths) <= 360, String(widths));
+  assert.match(await text(view, "#attribution"), /© OpenStreetMap contributors, ODbL/);
+});
+
+test("no roads; and no WebGL, where search and report still work", async (t) => {
+  const empty = await opened(t, pageOf("empty", "<osm version='0.6'/>"));
+  assert.match(await text(empty, "#message"), /no roads/);
+  const bare = await chromium.launch({ executablePath: "/usr/bin/chromium",
+    args: ["--no-sandbox", "--disable-gpu", "--disable-3d-apis"] });
+  t.after(() => bare.close());
+  const view = await bare.newPage();
+  await view.goto(pathToFileURL(pageOf("example", example)).href);
+  await view.waitForSelector("#message:has-text('WebGL')");
+  await view.fill("#search", "hafenstrasse");
+  await view.press("#search", "Enter");
+  assert.equal(await text(view, "#panel-title"), "Hafenstraße");
+});
+
+test("the same input gives the same bytes; docs/ has the example's page as it is now", () => {
+  const page = readFileSync(pageOf("example", example), "utf8");
+  assert.equal(readFileSync(pageOf("again", example), "utf8"), page);
+  // Another version of the library that compresses may give other bytes.
+  const unpacked = (html) => html.replace(/(<script type="application\/octet-stream"[^>]*>)([^<]*)/g,
+    (_, start, data) => start + gunzipSync(Buffer.from(data, "base64")).toString("latin1"));
+  const kept = readFileSync(join(root, "docs/harbour-town.html"), "utf8");
+  assert.ok(unpacked(kept) === unpacked(page),
+            "build/release/bin/osm2roadnet examples/harbour-town.osm --overwrite -o docs/harbour-town.html");
+});
