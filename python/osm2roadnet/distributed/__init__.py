@@ -18,7 +18,7 @@ if TYPE_CHECKING:
 
 __all__ = ["read"]
 
-_PARTITION_SIZE = 64 << 20
+_PARTITION_SIZE = 16 << 20
 
 
 def read(
@@ -42,8 +42,8 @@ def read(
         join, oneway, tags: as `osm2roadnet.read` has them.
         client: of the cluster; by default the current one, or else a new one of processes on this
             machine, which ends with the network.
-        partition_size: how many bytes of the file a worker takes at a time. It needs some fifteen
-            times as many of memory.
+        partition_size: how many bytes of the file a worker takes at a time. It needs some sixty
+            times as many of memory, or more where nearly all of the file is roads.
 
     Raises:
         ReadError: if the file can't be read, or is not what it should be.

@@ -151,7 +151,7 @@ def join_roads(options: Options, batches: Sequence[Array | None], seams: Seams) 
     }
 
 
-def level_nodes(junctions: tuple[Ids, Array, Array], ends: Sequence[tuple[Array, ...]]) -> Made:
+def level_nodes(junctions: tuple[Ids, Array, Array], ends: Sequence[tuple[Any, ...]]) -> Made:
     """The nodes of a part that are in the network, with their elevations, those with negative ids
     behind the others; and for the roads of each part the elevations and rows of their nodes.
     """
