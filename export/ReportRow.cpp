@@ -60,7 +60,9 @@ ReportRow reportRow(Finding const& finding, RoadNetworkImporter const& importer,
     }
     if (row.lines.empty()) {
       for (auto const* const way : finding.ways) {
-        row.lines.push_back(lineOf(*way, importer.reader.wayNodes));
+        GeoLine line = lineOf(*way, importer.reader.wayNodes);
+        // The file may have none of its nodes.
+        if (!line.empty()) row.lines.push_back(std::move(line));
       }
     }
     if (std::isnan(row.metres) && !row.lines.empty()) row.metres = lengthOf(row.lines);

@@ -68,6 +68,8 @@ void MayJoin::keepRestrictedNodes() {
 }
 
 bool MayJoin::operator()(Node const& node) const {
+  auto const& joinable = importer_.joinableNodes;
+  if (joinable && !joinable->contains(OpenStreetMap::osmId(node->getID()))) return false;
   switch (importer_.options.joining) {
     case Joining::all:
       return true;

@@ -170,6 +170,17 @@ class ChainPlan {
     }
   }
 
+  // Known when it has been prepared.
+  std::vector<MovedEnd> movedEnds() const {
+    std::vector<MovedEnd> ends;
+    ends.reserve(moves_.size());
+    for (Move const& move : moves_) {
+      auto const gone = OpenStreetMap::osmId(joints_[move.join - 1].node->getID());
+      ends.push_back({idOf(move.road), move.side == end, gone});
+    }
+    return ends;
+  }
+
   // What `prepare` and `carryOut` are counted in.
   std::size_t steps() const { return 2 * (roads_.size() + joints_.size()); }
 
@@ -332,7 +343,7 @@ class ChainPlan {
 
 }  // namespace
 
-void chainRoads(RoadNetworkImporter& importer) {
+std::vector<MovedEnd> chainRoads(RoadNetworkImporter& importer) {
   // Fixed before any join: a Node that would qualify only after one stays.
   std::vector<Node> candidates = collectCandidates(importer);
   ChainPlan plan(importer, candidates.size());
@@ -344,5 +355,7 @@ void chainRoads(RoadNetworkImporter& importer) {
   candidates.clear();
   Steps joining(importer.progress(), Stage::joiningRoads, plan.steps());
   plan.prepare(joining);
+  std::vector<MovedEnd> moved = plan.movedEnds();
   plan.carryOut(joining);
+  return moved;
 }

@@ -18,24 +18,6 @@ using velora::roadnetwork::RoadNetwork;
 
 namespace {
 
-void findJunctions(RoadNetworkImporter& importer, support::Steps& steps) {
-  auto const& nodes = importer.reader.wayNodes;
-  importer.junctionNodeIds = JunctionNodes(nodes.size());
-  auto& junctions = importer.junctionNodeIds;
-  std::vector<bool> isInterior(nodes.size());
-  for (Way const* const way : importer.selectedWays) {
-    auto const numbers = nodes.numbersOf(*way);
-    junctions.insert(numbers.front());
-    junctions.insert(numbers.back());
-    for (WayNodes::Number const number : numbers.subspan(1, numbers.size() - 2)) {
-      // That there is more than one use is enough to know.
-      if (isInterior[number]) junctions.insert(number);
-      isInterior[number] = true;
-    }
-    steps.step();
-  }
-}
-
 // In one call, as a network's own class may expect it.
 void addNodes(RoadNetworkImporter& importer, std::vector<ModelId> const& ids,
               std::vector<std::u16string> const& names, std::vector<double> const& positions) {
@@ -56,13 +38,27 @@ void addNodes(RoadNetworkImporter& importer, std::vector<ModelId> const& ids,
 
 }  // namespace
 
-void createNodes(RoadNetworkImporter& importer) {
-  importer.reader.populate(importer.reader.nodes);
+std::vector<NodeUse> countNodeUses(RoadNetworkImporter const& importer) {
   auto const& nodes = importer.reader.wayNodes;
   support::Steps steps(importer.progress(), support::Stage::findingJunctions,
-                       importer.selectedWays.size() + nodes.size());
-  findJunctions(importer, steps);
+                       importer.selectedWays.size());
+  std::vector<NodeUse> uses(nodes.size());
+  for (Way const* const way : importer.selectedWays) {
+    auto const numbers = nodes.numbersOf(*way);
+    uses[numbers.front()].addEnd();
+    uses[numbers.back()].addEnd();
+    for (WayNodes::Number const number : numbers.subspan(1, numbers.size() - 2)) {
+      uses[number].addPass();
+    }
+    steps.step();
+  }
+  return uses;
+}
+
+void createJunctionNodes(RoadNetworkImporter& importer) {
+  auto const& nodes = importer.reader.wayNodes;
   auto const& junctions = importer.junctionNodeIds;
+  support::Steps steps(importer.progress(), support::Stage::findingJunctions, nodes.size());
 
   std::vector<ModelId> ids;
   std::vector<std::u16string> names;
@@ -78,4 +74,14 @@ void createNodes(RoadNetworkImporter& importer) {
     positions.insert(positions.end(), {nodes[number].latitude, nodes[number].longitude, 0.0});
   });
   addNodes(importer, ids, names, positions);
+}
+
+void createNodes(RoadNetworkImporter& importer) {
+  importer.reader.populate(importer.reader.nodes);
+  std::vector<NodeUse> const uses = countNodeUses(importer);
+  importer.junctionNodeIds = JunctionNodes(uses.size());
+  for (WayNodes::Number number = 0; number < uses.size(); ++number) {
+    if (uses[number].isJunction()) importer.junctionNodeIds.insert(number);
+  }
+  createJunctionNodes(importer);
 }

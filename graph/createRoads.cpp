@@ -70,6 +70,8 @@ class RoadMaker {
   }
 
   void addRoad(std::size_t way, std::span<WayNodes::Number const> nodes) {
+    auto const& wanted = importer_.wantedPieces;
+    if (!wanted.empty() && !wanted.at(piece_++)) return;
     steps_.poll();
     importer_.roadWayIds.emplace(++lastId_, importer_.selectedWays[way]->id);
     Road const road = Road::create(importer_.model, boost::uuids::uuid{});
@@ -97,6 +99,7 @@ class RoadMaker {
   support::Steps& steps_;
   std::vector<Node> nodes_;  // by number; null but for junctions
   RoadWayIds::RoadId lastId_ = 0;
+  std::size_t piece_ = 0;
   std::vector<double> x_;
   std::vector<double> y_;
 };

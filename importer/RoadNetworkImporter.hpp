@@ -1,6 +1,7 @@
 // The state of one import and its run.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "model/zero/Model.hpp"
 #include "model/zero/SharedText.hpp"
 #include "osm/Reader.hpp"
+#include "support/IdMap.hpp"
 #include "support/Progress.hpp"
 #include "tags/keys.hpp"
 
@@ -58,6 +60,10 @@ class RoadNetworkImporter {
   std::vector<kb::zero::SharedText> wayNames;
   std::vector<velora::roadnetwork::DirectionOfTravel> wayDirections;
   JunctionNodes junctionNodeIds;
+  /// Of an import that is part of a larger one: which of the pieces of the selected ways become
+  /// roads here, in their order, and at which Nodes roads may be joined. All, unless it is said.
+  std::vector<bool> wantedPieces;
+  std::optional<support::IdSet> joinableNodes;
   RoadWayIds roadWayIds;
   std::vector<RoadJoin> joins;  ///< in the order in which they were made
   RoadPieces roadPieces;

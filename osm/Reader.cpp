@@ -3,6 +3,7 @@
 #include <exception>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "osm/ReadError.hpp"
 #include "osm/decode/DecodeError.hpp"
@@ -48,8 +49,13 @@ void Reader::setOpenFile(int descriptor, std::string const& name) {
   file_ = useOpenFile(descriptor, name);
 }
 
+void Reader::setElements(std::function<void(ElementSink& sink)> elements) {
+  clear();
+  elements_ = std::move(elements);
+}
+
 void Reader::readFile() {
-  if (!file_) throw ReadError("OpenStreetMap::Reader", "", "no file has been set");
+  if (!file_ && !elements_) throw ReadError("OpenStreetMap::Reader", "", "no file has been set");
   Progress const progress = interrupting(progress_);
   try {
     buffer_ = std::make_unique<RecordStorage>();
@@ -76,7 +82,7 @@ void Reader::readFile() {
     clear();
     throw ReadError(name, error.place, error.reason);
   } catch (std::length_error const& error) {  // more elements than a table can hold
-    std::string const name = file_->name;
+    std::string const name = file_ ? file_->name : std::string();
     clear();
     throw ReadError(name, "", error.what());
   } catch (...) {
@@ -86,6 +92,7 @@ void Reader::readFile() {
 }
 
 void Reader::decode(ElementSink& sink, Progress const& progress) {
+  if (elements_) return elements_(sink);
   support::Steps steps(progress, Stage::reading, file_->size);
   sink.setSteps(steps);
   FileSource source(*file_, steps);
@@ -108,6 +115,7 @@ void Reader::clear() noexcept {
   nodes.clear();
   buffer_.reset();
   file_.reset();
+  elements_ = {};
 }
 
 }  // namespace OpenStreetMap

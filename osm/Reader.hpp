@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -50,6 +51,9 @@ class Reader {
   void setFile(std::string const& path);
   /// The same with what is open already, see useOpenFile.
   void setOpenFile(int descriptor, std::string const& name);
+
+  /// Elements that somebody hands over, in the place of a file's.
+  void setElements(std::function<void(ElementSink& sink)> elements);
 
   /// What to keep of the files that are read from now on; everything, unless something else is
   /// said. Whatever that is, a file is checked as a whole, and counts and limits are those of all
@@ -114,6 +118,7 @@ class Reader {
   void takeLimits(ElementSink const& sink);
   void clear() noexcept;
 
+  std::function<void(ElementSink& sink)> elements_;
   Selection selection_;
   ElementCounts counts_;
   bool populated_ = false;

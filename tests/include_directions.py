@@ -20,8 +20,9 @@ ALLOWED = {
     "report": {"support", "model", "osm", "tags", "importer", "turns"},
     "export": {"support", "model", "osm", "tags", "importer", "turns", "report"},
     "threads": {"osm"},
+    "parts": {"support", "osm", "tags", "importer", "ways", "graph", "segments", "export"},
     "cli": {"support", "model", "osm", "importer", "report", "export", "threads"},
-    "python": {"support", "model", "osm", "importer", "report", "export", "threads"},
+    "python": {"support", "model", "osm", "importer", "report", "export", "threads", "parts"},
 }
 
 

@@ -1,9 +1,11 @@
 // Streams of bytes: the file itself, and what is unpacked from another stream.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 namespace OpenStreetMap {
 
@@ -17,6 +19,12 @@ class ByteSource {
   /// Reads up to `size` bytes (at least one is asked for); fewer do not mean that the end is near,
   /// 0 is the end. Throws DecodeError.
   virtual std::size_t read(char* buffer, std::size_t size) = 0;
+
+  /// Passes over `size` bytes and returns how many there were; fewer only at the end.
+  virtual std::size_t skip(std::size_t size) {
+    std::vector<char> passed(size);
+    return readFully(passed.data(), size);
+  }
 
   /// Reads `size` bytes; fewer only at the end.
   std::size_t readFully(char* buffer, std::size_t size) {
@@ -44,6 +52,12 @@ class SniffedSource final : public ByteSource {
     std::size_t const count = head().copy(buffer, size, position_);
     position_ += count;
     return count;
+  }
+
+  std::size_t skip(std::size_t size) override {
+    std::size_t const count = std::min(size, size_ - position_);
+    position_ += count;
+    return count + (count < size ? source_.skip(size - count) : 0);
   }
 
  private:

@@ -78,6 +78,7 @@ class ElementSink {
     bounds_.add(south, west, north, east);
   }
 
+  bool hasBounds() const noexcept { return !bounds_.empty(); }
   /// Of the bounds, if there are any, else of the nodes.
   Limits latitudeLimits() const noexcept {
     return bounds_.empty() ? latitudes_.limits() : bounds_.latitudeLimits();

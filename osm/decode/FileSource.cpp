@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <system_error>
@@ -10,7 +11,24 @@
 
 namespace OpenStreetMap {
 
+FileSource::FileSource(FileHandler const& file, support::Steps& steps, std::uint64_t begin,
+                       std::uint64_t end)
+    : file_(file), steps_(steps), position_(begin), end_(end) {
+  ::lseek(file.descriptor, static_cast<off_t>(begin), SEEK_SET);
+}
+
+std::size_t FileSource::skip(std::size_t size) {
+  auto const there = std::min<std::uint64_t>(end_, file_.size);
+  size = static_cast<std::size_t>(
+      std::min<std::uint64_t>(size, there < position_ ? 0 : there - position_));
+  position_ += size;
+  ::lseek(file_.descriptor, static_cast<off_t>(position_), SEEK_SET);
+  return size;
+}
+
 std::size_t FileSource::read(char* buffer, std::size_t size) {
+  size = static_cast<std::size_t>(std::min<std::uint64_t>(size, end_ - position_));
+  if (size == 0) return 0;
   ssize_t count = 0;
   do {
     count = ::read(file_.descriptor, buffer, size);

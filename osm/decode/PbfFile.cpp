@@ -130,16 +130,21 @@ void decodeOneByOne(PbfFile& file) {
   }
 }
 
-bool PbfFile::read(Blob& blob) {
+PbfFile::PbfFile(ByteSource& source, ElementSink& sink, Place const& from)
+    : source_(source), sink_(sink), blocks_(sink), place_(from) {}
+
+bool PbfFile::take(Blob& blob, TakeData takeData) {
   if (failed_) return false;
   blob.isHeader = blob.isData = false;
-  blob.place = "blob " + std::to_string(++number_) + " at byte " + std::to_string(position_);
+  blob.place =
+      "blob " + std::to_string(place_.blobs + 1) + " at byte " + std::to_string(place_.position);
   bool isThere = true;
   guarded(blob, [&] {
     std::optional<std::size_t> const headerSize = readHeaderSize();
     isThere = headerSize.has_value();
-    if (isThere) readBlob(blob, *headerSize);
+    if (isThere) takeBlob(blob, *headerSize, takeData);
   });
+  ++place_.blobs;
   failed_ = blob.error != nullptr;
   return isThere;
 }
@@ -163,10 +168,10 @@ void PbfFile::decode(Blob& blob) {
   if (blob.error) std::rethrow_exception(blob.error);
 }
 
-void PbfFile::readBlob(Blob& blob, std::size_t headerSize) {
+void PbfFile::takeBlob(Blob& blob, std::size_t headerSize, TakeData takeData) {
   BlobHeader const header = parseBlobHeader(readBytes(headerSize, blob.header));
-  readBytes(header.dataSize, blob.packed);
-  blob.isHeader = number_ == 1;
+  (this->*takeData)(blob, header.dataSize);
+  blob.isHeader = place_.blobs == 0;
   if (blob.isHeader != (header.type == "OSMHeader")) {
     throw pbf::InvalidData(blob.isHeader ? "the file does not start with an OSMHeader"
                                          : "a second OSMHeader");
@@ -174,10 +179,16 @@ void PbfFile::readBlob(Blob& blob, std::size_t headerSize) {
   blob.isData = header.type == "OSMData";
 }
 
+void PbfFile::passOverData(Blob& /*blob*/, std::size_t size) {
+  std::size_t const count = source_.skip(size);
+  place_.position += count;
+  if (count < size) throw pbf::InvalidData("the file is cut short");
+}
+
 std::optional<std::size_t> PbfFile::readHeaderSize() {
   std::array<char, 4> bytes{};
   std::size_t const count = source_.readFully(bytes.data(), bytes.size());
-  position_ += count;
+  place_.position += count;
   if (count == 0) return std::nullopt;
   if (count < bytes.size()) throw pbf::InvalidData("the file is cut short");
   std::size_t size = 0;
@@ -192,7 +203,7 @@ std::optional<std::size_t> PbfFile::readHeaderSize() {
 std::string_view PbfFile::readBytes(std::size_t size, std::vector<char>& buffer) {
   buffer.resize(size);
   std::size_t const count = source_.readFully(buffer.data(), size);
-  position_ += count;
+  place_.position += count;
   if (count < size) throw pbf::InvalidData("the file is cut short");
   return {buffer.data(), size};
 }

@@ -35,11 +35,23 @@ class PbfFile {
     std::exception_ptr error;  ///< DecodeError, std::bad_alloc
   };
 
-  /// Both must outlive this.
-  PbfFile(ByteSource& source, ElementSink& sink) : source_(source), sink_(sink), blocks_(sink) {}
+  /// Where a blob begins, and how many there are before it.
+  struct Place {
+    std::uint64_t position = 0;
+    std::uint64_t blobs = 0;
+  };
+
+  /// Both must outlive this. `from` is where the source begins in the file.
+  PbfFile(ByteSource& source, ElementSink& sink, Place const& from);
+  PbfFile(ByteSource& source, ElementSink& sink) : PbfFile(source, sink, Place()) {}
+
+  /// Where the next blob begins.
+  Place const& next() const noexcept { return place_; }
 
   /// Reads the next blob. Returns false at the end of the file, or after a blob with an error.
-  bool read(Blob& blob);
+  bool read(Blob& blob) { return take(blob, &PbfFile::keepData); }
+  /// The same, but passes over its data.
+  bool skip(Blob& blob) { return take(blob, &PbfFile::passOverData); }
   static void unpack(Blob& blob);
   /// Throws what has gone wrong with the blob, here or in a step before.
   void decode(Blob& blob);
@@ -47,15 +59,19 @@ class PbfFile {
   void tell() { sink_.tell(); }
 
  private:
-  void readBlob(Blob& blob, std::size_t headerSize);
+  using TakeData = void (PbfFile::*)(Blob& blob, std::size_t size);
+
+  bool take(Blob& blob, TakeData takeData);
+  void takeBlob(Blob& blob, std::size_t headerSize, TakeData takeData);
+  void keepData(Blob& blob, std::size_t size) { readBytes(size, blob.packed); }
+  void passOverData(Blob& blob, std::size_t size);
   std::optional<std::size_t> readHeaderSize();
   std::string_view readBytes(std::size_t size, std::vector<char>& buffer);
 
   ByteSource& source_;
   ElementSink& sink_;
   PbfBlockDecoder blocks_;
-  std::uint64_t position_ = 0;
-  std::uint64_t number_ = 0;
+  Place place_;
   bool failed_ = false;
 };
 

@@ -32,16 +32,15 @@ void WayFiller::storeWay(Id id) {
 }
 
 void WayFiller::storeRelation(Id id) {
-  if (!relationIds_.insert(id) || !isOfKeptType(TagMap(tags()))) return;
+  if (!relationIds_.insert(id) || !isOfType(TagMap(tags()), relationType_)) return;
   relations_.insert({id, Tags(storage().keep(tags())), storage().keep(members())});
 }
 
-bool WayFiller::isOfKeptType(TagMap const& relation) const {
-  if (relationType_.empty()) return false;
+bool isOfType(TagMap const& relation, std::u16string_view wanted) {
   auto const found = relation.find(u"type");
-  if (found == relation.end()) return false;
+  if (wanted.empty() || found == relation.end()) return false;
   std::u16string_view const type = found->second;
-  return type.substr(0, type.find(u':')) == relationType_;
+  return type.substr(0, type.find(u':')) == wanted;
 }
 
 WayNodes WayFiller::takeNodes(support::Progress const& progress) {

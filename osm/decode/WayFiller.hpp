@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "osm/PackedNodes.hpp"
@@ -11,6 +12,9 @@
 #include "osm/decode/ElementSink.hpp"
 
 namespace OpenStreetMap {
+
+/// Whether the "type" of a relation is this one, or begins with it and a colon.
+bool isOfType(TagMap const& relation, std::u16string_view wanted);
 
 /// Stores the ways and relations of a selection and, when all of the file is in, the nodes under
 /// the ways. Until then it keeps the nodes packed, because files have them before the ways.
@@ -35,7 +39,6 @@ class WayFiller final : public ElementSink {
   void storeNode(Id id, Position const& position) override;
   void storeWay(Id id) override;
   void storeRelation(Id id) override;
-  bool isOfKeptType(TagMap const& relation) const;
 
   template <class Action>
   void forEachFirstNode(support::Steps& steps, Action const& action) const;

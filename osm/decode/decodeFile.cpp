@@ -39,13 +39,6 @@ std::string_view withoutLeadingSpace(std::string_view head) {
   return start == std::string_view::npos ? ""sv : head.substr(start);
 }
 
-bool looksLikeXml(std::string_view head) {
-  if (head.starts_with("\xEF\xBB\xBF"sv)) return true;
-  if (head.starts_with("\xFF\xFE"sv) || head.starts_with("\xFE\xFF"sv)) return true;
-  if (head.starts_with("<\0"sv) || head.starts_with("\0<"sv)) return true;
-  return withoutLeadingSpace(head).starts_with('<');
-}
-
 // A PBF file starts with the length of the first BlobHeader (four bytes, big-endian, at most 64
 // KiB) and the BlobHeader, which holds its type first. A damaged length is better told as such.
 bool looksLikePbf(std::string_view head) {
@@ -75,6 +68,17 @@ void decodeUnpacked(SniffedSource& source, std::string_view name, ElementSink& s
 }
 
 }  // namespace
+
+bool looksLikeXml(std::string_view head) {
+  if (head.starts_with("\xEF\xBB\xBF"sv)) return true;
+  if (head.starts_with("\xFF\xFE"sv) || head.starts_with("\xFE\xFF"sv)) return true;
+  if (head.starts_with("<\0"sv) || head.starts_with("\0<"sv)) return true;
+  return withoutLeadingSpace(head).starts_with('<');
+}
+
+bool looksPacked(std::string_view head) {
+  return head.starts_with("\x1F\x8B"sv) || head.starts_with("BZh"sv);
+}
 
 void decodeFile(ByteSource& file, std::string_view name, ElementSink& sink,
                 PbfRunner const& runPbf) {

@@ -10,6 +10,7 @@
 #include "importer/geographicLimits.hpp"
 #include "python/core/MemoryFile.hpp"
 #include "python/core/arrays.hpp"
+#include "python/core/columnTables.hpp"
 #include "report/ImportReport.hpp"
 #include "threads/NoSignals.hpp"
 #include "threads/decodeInParallel.hpp"
@@ -98,22 +99,8 @@ void Import::takeColumns(NetworkColumns columns) {
   ofNodes["elevation"] = arrayOf(std::move(nodeColumns.elevation));
   nodes = ofNodes;
 
-  nb::dict ofRoads;
-  ofRoads["id"] = arrayOf(std::move(roadColumns.id));
-  ofRoads["start_node"] = arrayOf(std::move(roadColumns.startNode));
-  ofRoads["end_node"] = arrayOf(std::move(roadColumns.endNode));
-  ofRoads["start"] = arrayOf(std::move(roadColumns.start));
-  ofRoads["end"] = arrayOf(std::move(roadColumns.end));
-  ofRoads["direction"] = arrayOf(std::move(roadColumns.direction));
-  ofRoads["reversed"] = arrayOf(std::move(roadColumns.reversed));
-  ofRoads["weight"] = arrayOf(std::move(roadColumns.weight));
-  roads = ofRoads;
-
-  nb::dict ofTexts;
-  for (auto& [name, column] : roadColumns.texts) {
-    ofTexts[nb::str(name.data(), name.size())] = tupleOf(std::move(column));
-  }
-  texts = ofTexts;
+  roads = roadTable(roadColumns);
+  texts = textTables(roadColumns);
   lineOffsets_ =
       roadColumns.centreLine.offsets;  // moving a vector leaves its values where they are
   linePoints_ = roadColumns.centreLine.values;
@@ -159,19 +146,7 @@ nb::object Import::restrictions() {
   if (restrictions_.is_valid()) return restrictions_;
   Watch watch{nb::none()};
   RestrictionColumns columns = work(watch, [&] { return restrictionColumns(engine_->importer); });
-  nb::dict table;
-  table["osm_relation_id"] = arrayOf(std::move(columns.relationId));
-  table["restriction"] = tupleOf(std::move(columns.kind));
-  table["vehicles"] = tupleOf(std::move(columns.vehicles));
-  table["condition"] = tupleOf(std::move(columns.condition));
-  table["except"] = tupleOf(std::move(columns.except));
-  table["from_road_id"] = arrayOf(std::move(columns.fromRoad));
-  table["from_direction"] = arrayOf(std::move(columns.fromDirection));
-  table["via_nodes"] = tupleOf(std::move(columns.viaNodes));
-  table["via_roads"] = tupleOf(std::move(columns.viaRoads));
-  table["to_road_id"] = arrayOf(std::move(columns.toRoad));
-  table["to_direction"] = arrayOf(std::move(columns.toDirection));
-  restrictions_ = table;
+  restrictions_ = restrictionTable(columns);
   return restrictions_;
 }
 

@@ -6,13 +6,24 @@
 130
 """
 
+from osm2roadnet import distributed
 from osm2roadnet.columns import Columns, Lists, Texts
 from osm2roadnet.errors import ReadError
 from osm2roadnet.network import Network
 from osm2roadnet.read import read
 from osm2roadnet.report import Report
 
-__all__ = ["Columns", "Lists", "Network", "ReadError", "Report", "Texts", "__version__", "read"]
+__all__ = [
+    "Columns",
+    "Lists",
+    "Network",
+    "ReadError",
+    "Report",
+    "Texts",
+    "__version__",
+    "distributed",
+    "read",
+]
 
 __version__: str
 

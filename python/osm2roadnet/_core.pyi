@@ -9,6 +9,9 @@ from numpy.typing import NDArray
 
 Triple: TypeAlias = tuple[NDArray[np.int32], NDArray[np.int64], NDArray[np.uint8]]
 
+#: What workers do with parts of a file: functions of arrays, which python/core/parts.cpp lists.
+parts: Any
+
 class Import:
     nodes: dict[str, NDArray[Any]]
     roads: dict[str, NDArray[Any]]

@@ -43,7 +43,9 @@ def _column(column: Any) -> pa.Array:
     if isinstance(column, Texts):
         return text_array(column)
     if isinstance(column, Lists):
-        return pa.LargeListArray.from_arrays(column.offsets, pa.array(column.values))
+        is_line = column.values.ndim > 1
+        values = _points(column.values) if is_line else pa.array(column.values)
+        return pa.LargeListArray.from_arrays(column.offsets, values)
     return pa.array(column)
 
 

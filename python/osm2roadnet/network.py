@@ -76,7 +76,7 @@ class Network:
         self.join = join
         self.oneway = oneway
         self.nodes = Columns(len(core.nodes["id"]), core.nodes)
-        self.roads, self._tags = _road_columns(core)
+        self.roads, self._tags = road_columns(core)
         self.limits = core.limits
         self.reference = core.reference
         self.counts = core.counts
@@ -103,7 +103,7 @@ class Network:
         ``via_road_ids``: `Lists` of int64, the nodes on the way and the roads between them.
         """
         if self._restrictions is None:
-            self._restrictions = _restriction_columns(self.imported("").restrictions)
+            self._restrictions = restriction_columns(self.imported("").restrictions)
         return self._restrictions
 
     @property
@@ -297,7 +297,7 @@ class Network:
         return pictures.html(self)
 
 
-def _road_columns(core: Import) -> tuple[Columns, dict[str, str]]:
+def road_columns(core: Import) -> tuple[Columns, dict[str, str]]:
     """The columns, and of the tags what the exchange formats call them."""
     roads, texts = core.roads, texts_of(core.texts)
     columns = {
@@ -315,7 +315,7 @@ def _road_columns(core: Import) -> tuple[Columns, dict[str, str]]:
     return Columns(len(roads["id"]), columns), tags
 
 
-def _restriction_columns(columns: dict[str, Any]) -> Columns:
+def restriction_columns(columns: dict[str, Any]) -> Columns:
     texts = texts_of({name: columns[name] for name in _RESTRICTION_TEXTS})
     lists = {f"{name[:-1]}_ids": Lists(*columns[name]) for name in ("via_nodes", "via_roads")}
     made: dict[str, Any] = {**columns, **texts, **lists}

@@ -29,8 +29,15 @@ def write_parquet(network: Network, roads: Any, nodes: Any, overwrite: bool) -> 
 
 
 def _write(path: Any, overwrite: bool, columns: dict[str, Any], lines: Lists, kind: str) -> None:
+    table = geo_table(table_of(columns), lines, kind)
+    with output(path, overwrite) as unfinished:
+        pq.write_table(table, unfinished, compression="zstd")
+
+
+def geo_table(columns: pa.Table, lines: Lists, kind: str) -> pa.Table:
+    """The columns with the geometry and its boxes, and the metadata that say so."""
     boxes = _boxes(lines)
-    box = "geometry_bbox" if "bbox" in columns else "bbox"  # which may be a tag
+    box = "geometry_bbox" if "bbox" in columns.column_names else "bbox"  # which may be a tag
     column: dict[str, Any] = {
         "encoding": "WKB",
         "geometry_types": [f"{kind} Z"],
@@ -40,14 +47,12 @@ def _write(path: Any, overwrite: bool, columns: dict[str, Any], lines: Lists, ki
     if len(lines) > 0:
         column["bbox"] = extent(lines.values)
     geo = {"version": "1.1.0", "primary_column": "geometry", "columns": {"geometry": column}}
-    table = (
-        plain(table_of(columns))
+    return (
+        plain(columns)
         .append_column("geometry", binary_array(lines, kind))
         .append_column(box, pa.StructArray.from_arrays(list(boxes.values()), list(boxes)))
         .replace_schema_metadata({"geo": json.dumps(geo)})
     )
-    with output(path, overwrite) as unfinished:
-        pq.write_table(table, unfinished, compression="zstd")
 
 
 def _boxes(lines: Lists) -> dict[str, pa.Array]:
