@@ -9,6 +9,7 @@ const address = {
     const rest = location.hash.slice(1).split("&")
       .filter((part) => part && !/^(road|node|finding)=/.test(part));
     const hash = `#${[...rest, ...(kind ? [`${kind}=${id}`] : [])].join("&")}`;
+    if (hash === (location.hash || "#")) return;  // browsers allow few changes in a time
     try {
       history.replaceState(history.state, "", hash);
     } catch {
