@@ -234,7 +234,7 @@ test("a large network: bytes for each road, islands, and what the report says of
   const view = await opened(t, file);
   const empty = statSync(pageOf("nothing", "<osm version='0.6'/>")).size;
   const each = (statSync(file).size - empty) / (await view.evaluate("page.network.roadCount"));
-  assert.ok(each < 65, `${each} bytes for each road`);
+  assert.ok(each < 12, `${each} bytes for each road`);
   await view.fill("#search", "st o’isle");
   await view.waitForSelector("#panel-title:has-text('8 found')");
   await view.press("#search", "Enter");
