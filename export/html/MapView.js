@@ -3,7 +3,8 @@
 /** @typedef {{kind: "road" | "node" | "finding", index: number}} Thing */
 
 const longestFlight = 1200;  // milliseconds
-const closest = 18;  // the zoom of a flight to a point
+const closest = 18;  // the zoom of a flight
+const closestToPoint = 16.75;  // for what is around it to be seen
 
 /** @param {any[]} features @returns {GeoJSON.FeatureCollection} */
 function collection(features) {
@@ -32,10 +33,7 @@ function findingFeatures(findings) {
 }
 
 class MapView {
-  /**
-   * Throws where there is no WebGL.
-   * @param {HTMLElement} container
-   */
+  /** @param {HTMLElement} container */
   constructor(container) {
     /** @type {Colouring} */
     this.colouring = "class";
@@ -171,16 +169,19 @@ class MapView {
   flyTo(lines) {
     const box = boxAround(lines.flat(2));
     if (!box) return;
-    const camera = this.map.cameraForBounds(box, { padding: this.padding(), maxZoom: closest });
-    // To go where one is already would only make one dizzy.
+    const [west, south, east, north] = box;
+    const maxZoom = west === east && south === north ? closestToPoint : closest;
+    const camera = this.map.cameraForBounds(box, { padding: this.padding(), maxZoom });
     if (camera) this.map.flyTo({ ...camera, maxDuration: longestFlight, curve: 1.2 });
+    // In a window with no room beside the panel.
+    else this.map.jumpTo({ center: [(west + east) / 2, (south + north) / 2] });
   }
 
   /** Moves the map if something lies over the place. @param {Place} place */
   reveal(place) {
     const { x, y } = this.map.project(place);
     const { top, bottom, left, right } = this.padding();
-    const isHidden = innerWidth < narrowest ? y > innerHeight - bottom : x < left;
+    const isHidden = narrowWindow.matches ? y > innerHeight - bottom : x < left;
     if (!isHidden) return;
     this.map.easeTo({ center: place, offset: [(left - right) / 2, (top - bottom) / 2],
                       duration: 400 });
@@ -191,9 +192,8 @@ class MapView {
     const margin = 48;
     const panel = document.getElementById("panel")?.getBoundingClientRect();
     const bar = document.getElementById("bar")?.getBoundingClientRect();
-    const isNarrow = innerWidth < narrowest;
     const padding = { top: margin, bottom: margin, left: margin, right: margin };
-    if (isNarrow) {
+    if (narrowWindow.matches) {
       padding.top += bar?.height ?? 0;
       padding.left = padding.right = 24;
       if (panel?.height) padding.bottom = Math.min(innerHeight - panel.top, innerHeight / 2) + 24;
@@ -210,7 +210,7 @@ class MapView {
    */
   thingAt(point) {
     if (!this.network) return null;
-    const reach = matchMedia("(pointer: coarse)").matches ? 14 : 7;
+    const reach = coarsePointer.matches ? 14 : 7;
     const layers = ["nodes", ...this.levels.map((level) => `roads ${level}`),
                     ...(this.showsFindings ? ["finding points", "finding lines"] : [])];
     const found = this.map.queryRenderedFeatures(

@@ -55,7 +55,7 @@ const backward = 2;
 const bothWays = forward + backward;
 
 class Network {
-  /** What the map shows; the rest comes with `readDetails`. */
+  /** What the map shows; the rest is `NetworkDetails`. */
   static async read() {
     const network = new Network();
     await Promise.all([network.readShape(), network.readClasses()]);
@@ -88,8 +88,6 @@ class Network {
     /** @type {Float64Array} */
     this.elevations = new Float64Array();  // of the same points
     this.starts = new Float64Array();  // of the centre lines among the points
-    /** @type {NetworkDetails | null} */
-    this.details = null;
   }
 
   async readShape() {

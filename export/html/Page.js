@@ -9,6 +9,7 @@ const address = {
     const rest = location.hash.slice(1).split("&")
       .filter((part) => part && !/^(road|node|finding)=/.test(part));
     const hash = `#${[...rest, ...(kind ? [`${kind}=${id}`] : [])].join("&")}`;
+    if (hash === (location.hash || "#")) return;  // browsers allow few changes in a time
     try {
       history.replaceState(history.state, "", hash);
     } catch {
@@ -42,12 +43,7 @@ class Page {
         view.reveal(place);
       };
     }
-    panel.onClose = () => {
-      this.selected = undefined;
-      view?.select([]);
-      view?.showFindings([]);
-      address.write("", "");
-    };
+    panel.onClose = () => this.select({});
     blockElement("report-button").addEventListener("click", () => this.toggle("report"));
     blockElement("key-button").addEventListener("click", () => this.toggle("key"));
     blockElement("about-button").addEventListener("click", () => this.toggle("about"));
@@ -60,8 +56,19 @@ class Page {
     addEventListener("keydown", ({ key }) => {
       if (key === "Escape") panel.close();
     });
-    addEventListener("hashchange", () => this.openAddress());
-    this.openAddress();
+    addEventListener("hashchange", () => this.openAddress(!address.read().has("map")));
+    this.openAddress(!view?.isPlaced);
+  }
+
+  /**
+   * What stands out on the map, of what the address tells, and whether the map shows the report.
+   * @param {{thing?: Thing, id?: string, lines?: Place[][], roads?: number[], hasReport?: boolean}} what
+   */
+  select({ thing, id = "", lines = [], roads = [], hasReport = false }) {
+    this.selected = thing;
+    this.view?.select(lines, roads);
+    this.view?.showFindings(hasReport ? this.severities : []);
+    address.write(thing?.kind ?? "", id);
   }
 
   /** All that questions need; read when the first is asked. */
@@ -81,28 +88,19 @@ class Page {
   /** @param {Thing} thing */
   async choose(thing, { flies = false, goesBack = false } = {}) {
     const context = await this.read();
-    const isFinding = thing.kind === "finding";
-    const view = () => {
-      this.view?.showFindings(isFinding ? this.severities : []);
-      this.selected = thing;
-      this.view?.select(this.linesOf(thing, context), thing.kind === "road" ? [thing.index] : []);
-      address.write(thing.kind, this.addressOf(thing, context));
-      return describe(context, thing);
-    };
+    const lines = this.linesOf(thing, context);
+    const view = { ...describe(context, thing), onShow: () => this.select({
+      thing, id: this.addressOf(thing, context), lines, hasReport: thing.kind === "finding",
+      roads: thing.kind === "road" ? [thing.index] : [] }) };
     if (goesBack) this.panel.show(view);
     else this.panel.start(view);
-    if (flies) this.view?.flyTo(this.linesOf(thing, context));
+    if (flies) this.view?.flyTo(lines);
   }
 
-  /** @param {number[]} roads @param {View} describeThem */
-  chooseRoads(roads, describeThem) {
+  /** @param {number[]} roads @param {View} view */
+  chooseRoads(roads, view) {
     const lines = roads.map((road) => this.network.lineOf(road));
-    this.panel.show(() => {
-      this.selected = undefined;
-      this.view?.showFindings([]);
-      this.view?.select(lines, roads);
-      return describeThem();
-    });
+    this.panel.show({ ...view, onShow: () => this.select({ lines, roads }) });
     this.view?.flyTo(lines);
   }
 
@@ -119,7 +117,8 @@ class Page {
     return kind === "finding" ? String(index) : String(ids[index]);
   }
 
-  async openAddress() {
+  /** Chooses what the address names. @param {boolean} flies */
+  async openAddress(flies) {
     const parts = address.read();
     const kind = /** @type {Thing["kind"] | undefined} */ (
       ["road", "node", "finding"].find((name) => /^-?\d{1,19}$/.test(parts.get(name) ?? "")));
@@ -129,7 +128,7 @@ class Page {
     const index = kind === "finding" ? (id < details.findings.size ? Number(id) : -1)
                                      : placeOfId(kind === "road" ? details.roadIds : details.nodeIds, id);
     const isShown = this.selected?.kind === kind && this.selected.index === index;
-    if (index >= 0 && !isShown) this.choose({ kind, index }, { flies: !parts.has("map") });
+    if (index >= 0 && !isShown) this.choose({ kind, index }, { flies });
   }
 
   /** @param {Place | null} place */
@@ -147,22 +146,17 @@ class Page {
       return;
     }
     const context = await this.read();
+    const onShow = () => this.select({ hasReport: name === "report" });
     const views = {
-      report: reportView(context, this.severities, () => panel.start(shown)),
-      key: keyView(this.colouring, (colouring) => {
+      report: () => reportView(context, this.severities, onShow),
+      key: () => keyView(this.colouring, (colouring) => {
         this.colouring = colouring;
         this.view?.colourBy(colouring);
         this.showKey();
       }),
-      about: aboutView(network),
+      about: () => aboutView(network),
     };
-    const shown = () => {
-      this.selected = undefined;
-      this.view?.select([]);
-      this.view?.showFindings(name === "report" ? this.severities : []);
-      return views[name]();
-    };
-    panel.start(shown);
+    panel.start({ ...views[name](), onShow });
     panel.title.focus({ preventScroll: true });
   }
 

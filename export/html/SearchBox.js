@@ -10,6 +10,8 @@ class SearchBox {
     /** @type {Found[]} */
     this.found = [];
     this.current = -1;  // of what was found
+    /** @type {View | null} */
+    this.list = null;  // of what was found
     this.lastQuery = "";
   }
 
@@ -17,6 +19,7 @@ class SearchBox {
     const { input } = this;
     blockElement("search-form").addEventListener("submit", (event) => {
       event.preventDefault();
+      if (coarsePointer.matches) input.blur();  // which takes the keyboard from the screen
       this.find(input.value, 1);
     });
     input.addEventListener("input", () => this.find(input.value, 0));
@@ -47,27 +50,30 @@ class SearchBox {
       this.found = this.search.find(query);
       this.current = -1;
       this.lastQuery = query;
+      this.list = this.foundView(context);
     }
     const { length } = this.found;
     count.textContent = query.trim() === "" ? "" : length === 0 ? "nothing found"
-      : `${length} found`;
-    if (length === 0) {
+      : `${length.toLocaleString("en")} found`;
+    if (!this.list || length === 0) {
       if (this.page.panel.shows("found")) this.page.panel.close();
       return;
     }
     if (step === 0) {
-      this.page.panel.start(this.foundView(context));
+      this.page.panel.start(this.list);
       return;
     }
     this.current = (this.current + step + length + (this.current < 0 && step < 0 ? 1 : 0)) % length;
     count.textContent = `${this.current + 1} of ${length}`;
+    this.page.panel.replaceViews([this.list]);
     this.goTo(this.found[this.current], context);
   }
 
   /** @param {Context} context @returns {View} */
   foundView(context) {
     const { found } = this;
-    return () => ({ name: "found", title: `${found.length} found`, content: [
+    const title = `${found.length.toLocaleString("en")} found`;
+    return { name: "found", title, onShow: () => this.page.select({}), content: [
       longList(found.length, (i) => {
         const [title, note] = foundTexts(context, found[i]);
         const button = textButton("", () => {
@@ -77,20 +83,19 @@ class SearchBox {
         button.append(element("span", { class: "card-title", dir: "auto" }, title),
                       element("span", { class: "card-note" }, note));
         return button;
-      })] });
+      })] };
   }
 
   /** @param {Found} found @param {Context} context */
   goTo(found, context) {
     const { page } = this;
-    page.panel.views = [this.foundView(context)];
     if (found.kind === "node" || found.kind === "road" || found.roads.length === 1) {
       const thing = /** @type {Thing} */ (
         found.kind === "node" ? { kind: "node", index: found.node }
           : { kind: "road", index: found.kind === "road" ? found.road : found.roads[0] });
       page.choose(thing, { flies: true, goesBack: true });
     } else {
-      page.chooseRoads(found.roads, () => describeRoads(context, found));
+      page.chooseRoads(found.roads, describeRoads(context, found));
     }
   }
 }

@@ -87,10 +87,26 @@ function numbersWhere(size, isWanted) {
 }
 
 /** @param {Context} context @param {(findings: Findings, finding: number) => boolean} isWanted */
-function findingCards({ ...context }, isWanted) {
+function findingCards(context, isWanted) {
   const { findings } = context.details;
   return cards("What the report says", numbersWhere(findings.size, (i) => isWanted(findings, i))
     .map((i) => findingLink(context, i)));
+}
+
+/**
+ * What the report says of roads and ways. A finding that names roads is theirs alone; one that names
+ * none is its ways'.
+ * @param {Context} context
+ * @param {number[]} roads
+ * @param {bigint[]} ways
+ */
+function findingCardsOf(context, roads, ways) {
+  const [ownRoads, ownWays] = [new Set(roads), new Set(ways)];
+  return findingCards(context, (findings, i) => {
+    const named = findings.roads.at(i);
+    return named.length > 0 ? named.some((road) => ownRoads.has(road))
+                            : findings.ways.at(i).some((way) => ownWays.has(way));
+  });
 }
 
 /** @param {Context} context @param {number} rank of a component */
@@ -106,7 +122,6 @@ function describeRoad(context, road) {
   const [start, end] = [network.startOf(road), network.endOf(road)];
   const direction = network.directions[road];
   const ways = /** @type {bigint[]} */ (details.ways.at(road));
-  const ownWays = new Set(ways);
   const neighbours = [...new Set([...details.roadsAt.at(start), ...details.roadsAt.at(end)])]
     .filter((other) => other !== road);
   const restrictions = numbersWhere(details.restrictions.relations.length,
@@ -121,14 +136,12 @@ function describeRoad(context, road) {
       row("Length", lengthText(network.lengthOf(road))),
       row("Start", nodeLink(context, start)), row("End", nodeLink(context, end)),
       row(ways.length > 1 ? "OSM ways" : "OSM way", ...listed(ways.map((way) => osmLink("way", way)))),
-      network.pieces[road] > 1 ? row("Joined of", counted(network.pieces[road], "piece")) : null,
+      network.pieces[road] > 1 ? row("Joined from", counted(network.pieces[road], "piece")) : null,
       row("Belongs to", componentText(context, components.rankOf[road])),
       row("Road id", String(details.roadIds[road])), ...tags),
     section("Elevation", elevationProfile(network.lineOf(road), network.elevationsOf(road),
                                           context.mark)),
-    findingCards(context, (findings, i) => findings.roads.at(i).includes(road) ||
-      (findings.roads.at(i).length === 0 &&
-       findings.ways.at(i).some((way) => ownWays.has(way)))),
+    findingCardsOf(context, [road], ways),
     cards("Turn restrictions", restrictions.map((i) => restrictionText(context, i))),
     cards("Neighbours", neighbours.map((other) => roadLink(context, other))),
   ];
@@ -210,21 +223,21 @@ function foundTexts(context, found) {
  * A street or way of several roads.
  * @param {Context} context
  * @param {Found & {roads: number[]}} found
- * @returns {ReturnType<View>}
+ * @returns {View}
  */
 function describeRoads(context, found) {
   const { roads } = found;
+  const ways = found.kind === "way" ? [found.way]
+                                    : roads.flatMap((road) => context.details.ways.at(road));
   const [title, note] = foundTexts(context, found);
   return { name: found.kind, title, content: [
     element("p", { class: "note" }, note),
-    findingCards(context, ({ roads: list, ways }, i) =>
-      list.at(i).some((road) => roads.includes(road)) ||
-      (found.kind === "way" && ways.at(i).includes(found.way))),
+    findingCardsOf(context, roads, ways),
     cards("Roads", roads.map((road) => roadLink(context, road))),
   ] };
 }
 
-/** @param {Context} context @param {Thing} thing @returns {ReturnType<View>} */
+/** @param {Context} context @param {Thing} thing @returns {View} */
 function describe(context, { kind, index }) {
   const { network, details } = context;
   switch (kind) {

@@ -25,11 +25,13 @@ function textButton(text, onclick, properties = {}) {
 }
 
 /**
- * On OpenStreetMap: only who follows it asks the network for something.
+ * On OpenStreetMap: only who follows it asks the network for something. Ids that an editor gave to
+ * what was never uploaded are below 0, and are not there.
  * @param {"way" | "node" | "relation"} kind
  * @param {bigint} id
  */
 function osmLink(kind, id) {
+  if (id < 0n) return String(id);
   return element("a", { href: `https://www.openstreetmap.org/${kind}/${id}`, target: "_blank",
                         rel: "noopener noreferrer", title: `${kind} ${id} on openstreetmap.org` },
                  String(id));

@@ -1,7 +1,8 @@
 // From the file to the map.
 
-/** Narrower windows have the panel below. */
-const narrowest = 720;
+/** In such windows the panel lies below; page.css has the same. */
+const narrowWindow = matchMedia("(max-width: 719px) and (orientation: portrait)");
+const coarsePointer = matchMedia("(pointer: coarse)");
 
 /** @param {string} text what went wrong, or nothing */
 function say(text) {
@@ -17,13 +18,22 @@ async function addLibrary() {
   }
 }
 
-/** @returns {MapView | null} none where there is no WebGL */
-function makeView() {
+function hasWebGl() {
+  const canvas = document.createElement("canvas");
+  const context = /** @type {WebGLRenderingContext | WebGL2RenderingContext | null} */ (
+    canvas.getContext("webgl2") ?? canvas.getContext("webgl"));
+  // Browsers allow few at a time, and the map needs one of its own.
+  context?.getExtension("WEBGL_lose_context")?.loseContext();
+  return context !== null;
+}
+
+/** The name of the file, which need not be UTF-8. */
+function nameOfFile() {
+  const name = location.pathname.split("/").pop() ?? "";
   try {
-    return new MapView(blockElement("map"));
+    return decodeURIComponent(name);
   } catch {
-    blockElement("map").replaceChildren();
-    return null;
+    return name;
   }
 }
 
@@ -31,7 +41,7 @@ function makeView() {
 let page;
 
 async function openPage() {
-  const fileName = decodeURIComponent(location.pathname).split("/").pop()?.replace(/\.html?$/i, "");
+  const fileName = nameOfFile().replace(/\.html?$/i, "");
   if (fileName && location.protocol === "file:") document.title = `${fileName} – road network`;
   if (typeof DecompressionStream === "undefined") {
     say("This browser is too old for the map: it needs one from 2023 on.");
@@ -39,7 +49,8 @@ async function openPage() {
   }
   try {
     await addLibrary();
-    const view = makeView();  // first, for the threads behind it to start in the meantime
+    // First, for the threads behind it to start in the meantime.
+    const view = hasWebGl() ? new MapView(blockElement("map")) : null;
     const network = await Network.read();
     page = new Page(network, view);
     if (view) {

@@ -89,7 +89,7 @@ function keysOf(theme) {
       ["9 and more", scale[4]]] },
     component: { title: "What is connected", entries: [
       ["Largest part", groups[0]], ...groups.slice(1).map((colour, i) => (
-        /** @type {[string, string]} */ ([i === 5 ? "Others, in turns" : `Part ${i + 2}`, colour])))] },
+        /** @type {[string, string]} */ ([`Parts ${i + 2}, ${i + 1 + groups.length}, …`, colour])))] },
   };
 }
 
@@ -107,8 +107,8 @@ function colourExpression(theme, colouring) {
               scale[4]];
     case "component":
       return ["case", ["!", ["has", "component"]], groups[0],
-              ["match", ["%", ["get", "component"], groups.length - 1],
-               ...groups.slice(2).flatMap((colour, i) => [i + 2, colour]), groups[1]]];
+              ["match", ["%", ["-", ["get", "component"], 1], groups.length - 1],
+               ...groups.slice(2).flatMap((colour, i) => [i + 1, colour]), groups[1]]];
     default: {
       const kinds = Object.keys(theme.roads);
       /** @param {string} minor */
@@ -150,17 +150,18 @@ function roadLayers(theme, colouring, level) {
       layout: { ...shape, ...(level === 0 ? {} : { "line-cap": "butt" }) },
       paint: {
         "line-color": isRaised ? theme.bridgeEdge : edges,
-        "line-width": widthExpression(isRaised ? [0.6, 1.2, 2, 3, 4.5] : [0.3, 0.8, 1.3, 2, 3]),
         "line-opacity": ["interpolate", ["linear"], ["zoom"], edgesFrom, ["case", isMajor, 0.8, 0],
-                         edgesFrom + 1, isBelow ? 0.4 : isRaised ? 0.85 : 1],
-        ...(isBelow ? { "line-dasharray": [2, 1.2] } : {}),
+                         edgesFrom + 1, isRaised ? 0.85 : 1],
+        // Dashes beside the road: across it they would look like the ties of a railway.
+        ...(isBelow ? { "line-gap-width": widthExpression(), "line-dasharray": [4, 3],
+                        "line-width": ["interpolate", ["linear"], ["zoom"], 12, 0.6, 19, 1.6] }
+                    : { "line-width": widthExpression(isRaised ? [0.6, 1.2, 2, 3, 4.5]
+                                                               : [0.3, 0.8, 1.3, 2, 3]) }),
       } },
-    { id: `roads ${level}`, ...common, filter: onLevel, layout: shape,
-      paint: {
-        "line-color": colourExpression(theme, colouring),
-        "line-width": widthExpression(),
-        ...(isBelow ? { "line-opacity": 0.55 } : {}),
-      } },
+    { id: `roads ${level}`, ...common, filter: onLevel,
+      layout: { ...shape, ...(isBelow ? { "line-cap": "butt" } : {}) },
+      paint: { "line-color": colourExpression(isBelow ? paler(theme) : theme, colouring),
+               "line-width": widthExpression() } },
   ];
 }
 
@@ -169,7 +170,8 @@ function selectionLayers(theme) {
   return [
     { id: "selected roads", type: "line", source: "selection",
       filter: ["==", ["geometry-type"], "LineString"],
-      layout: { "line-join": "round", "line-cap": "round" },
+      // Round ends would lie over each other where roads meet, and be darker there.
+      layout: { "line-join": "round", "line-cap": "butt" },
       paint: { "line-color": theme.accent, "line-width": widthExpression([3, 3, 3, 3, 3]),
                "line-opacity": 0.28 } },
     { id: "selected edges", type: "line", source: "selection",
@@ -230,7 +232,7 @@ function labelLayers(theme) {
     { id: "name images", type: "symbol", ...fromRoads, minzoom: 14.5,
       filter: ["has", "image"],
       layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", rankExpression()],
-                "icon-padding": [36, 4],  // the map makes room for them as if they lay level
+                "icon-padding": [12, 4],  // the map makes room for them as if they lay level
                 "icon-image": ["concat", isDark() ? "dark:" : "light:", ["get", "name"]] } },
     { id: "numbers", type: "symbol", ...fromRoads, minzoom: numbersFrom,
       filter: ["all", ["has", "number"], ["in", ["get", "class"], ["literal", majorClasses]]],

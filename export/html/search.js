@@ -7,16 +7,16 @@
  *   | {kind: "node", node: number}} Found
  */
 
-const mostFound = 200;
 /** @type {Record<string, string>} letters that are one with a mark for people, but not in Unicode */
 const plainLetters = { ß: "ss", æ: "ae", œ: "oe", ø: "o", ł: "l", đ: "d", ð: "d", þ: "th", ı: "i" };
 
 /**
- * Without case, diacritics, points for vowels, and odd spaces.
+ * Without case, diacritics, points for vowels, apostrophes, full stops and odd spaces.
  * @param {string} text
  */
 function folded(text) {
-  return text.normalize("NFKD").replace(/[\u0300-\u036f\u0591-\u05c7\u064b-\u065f\u0670]/g, "")
+  return text.replace(/['’ʼ‘´`.]/g, "").normalize("NFKD")
+    .replace(/[\u0300-\u036f\u0591-\u05c7\u064b-\u065f\u0670]/g, "")
     .toLowerCase().replace(/[ßæœøłđðþı]/g, (letter) => plainLetters[letter])
     .replace(/[\s\u2010-\u2015-]+/gu, " ").trim();
 }
@@ -42,9 +42,14 @@ class Search {
   constructor(network, details) {
     this.network = network;
     this.details = details;
-    this.foldedNames = network.names.texts.map(folded);
+    const { texts } = network.names;
+    const { compare } = new Intl.Collator();
+    this.foldedNames = texts.map(folded);
+    this.namesInOrder = [...texts.keys()].sort((a, b) => compare(texts[a], texts[b]));
+    /** @type {Found[][]} of each name, made when they are first found */
+    this.streetsNamed = [];
     /** @type {number[][]} the roads of each name */
-    this.roadsNamed = network.names.texts.map(() => []);
+    this.roadsNamed = texts.map(() => []);
     network.names.numbers.forEach((name, road) => this.roadsNamed[name].push(road));
     /** @type {Map<bigint, number[]> | null} */
     this.roadsOfWay = null;
@@ -52,7 +57,7 @@ class Search {
 
   /** The best first. @param {string} query @returns {Found[]} */
   find(query) {
-    return [...this.byId(query), ...this.byName(query)].slice(0, mostFound);
+    return [...this.byId(query), ...this.byName(query)];
   }
 
   /** @param {string} query @returns {Found[]} */
@@ -78,22 +83,16 @@ class Search {
     const wanted = folded(query);
     const words = wanted.split(" ").filter(Boolean);
     if (words.length === 0) return [];
-    /** @type {[rank: number, name: number][]} */
-    const names = [];
-    this.foldedNames.forEach((name, i) => {
-      if (!name || !words.every((word) => name.includes(word))) return;
+    /** @type {Found[][]} by how well the name fits */
+    const found = [[], [], [], []];
+    for (const i of this.namesInOrder) {
+      const name = this.foldedNames[i];
+      if (!name || !words.every((word) => name.includes(word))) continue;
       const at = name.indexOf(wanted);
       const rank = name === wanted ? 0 : at === 0 ? 1 : at > 0 && name[at - 1] === " " ? 2 : 3;
-      names.push([rank, i]);
-    });
-    names.sort((a, b) => a[0] - b[0] || this.compareNames(a[1], b[1]));
-    return names.slice(0, mostFound).flatMap(([, name]) => this.streets(name));
-  }
-
-  /** @param {number} a @param {number} b */
-  compareNames(a, b) {
-    const { texts } = this.network.names;
-    return texts[a].localeCompare(texts[b]);
+      found[rank].push(...(this.streetsNamed[i] ??= this.streets(i)));
+    }
+    return found.flat();
   }
 
   /** The roads of a name, as many streets as are not connected. @param {number} name @returns {Found[]} */

@@ -14,7 +14,6 @@ const majorClasses = roadClasses.slice(0, 5);
  * @property {string} minorEdge
  * @property {string} minorFar the same from afar, where they are thin
  * @property {string} bridgeEdge
- * @property {string} tunnel
  * @property {string} text
  * @property {string} halo
  * @property {string} arrow
@@ -36,7 +35,7 @@ const themes = {
     edges: { motorway: "#b9502f", trunk: "#c46f3d", primary: "#c8913a", secondary: "#c3a650",
              tertiary: "#aea591" },
     minor: "#ffffff", minorEdge: "#c9c2b3", minorFar: "#cbc4b6", bridgeEdge: "#5d5a55",
-    tunnel: "#e7e2d8", text: "#33302b", halo: "#fffdf8", arrow: "#6a6357", node: "#3f4a59",
+    text: "#33302b", halo: "#fffdf8", arrow: "#6a6357", node: "#3f4a59",
     accent: "#1459d9", severities: ["#cf2233", "#d97800", "#2f74c9"], calm: "#c9c4ba",
     scale: ["#c9c4ba", "#9ecae1", "#4f9fce", "#1f6fb3", "#123f7c"],
     heights: ["#3b5fc0", "#8fa6dd", "#c9c4ba", "#ea9a76", "#c23b22"],
@@ -48,8 +47,8 @@ const themes = {
              tertiary: "#5b6470", service: "#39414c", living_street: "#454a63", raceway: "#6a4652" },
     edges: { motorway: "#5f2a17", trunk: "#5a3418", primary: "#533e17", secondary: "#453b1c",
              tertiary: "#272d36" },
-    minor: "#4a535f", minorEdge: "#20262e", minorFar: "#58636f", bridgeEdge: "#c7ced8",
-    tunnel: "#2a313a", text: "#e6eaf0", halo: "#12161b", arrow: "#d5dbe3", node: "#b9c4d2",
+    minor: "#4a535f", minorEdge: "#20262e", minorFar: "#58636f", bridgeEdge: "#8d98a5",
+    text: "#e6eaf0", halo: "#12161b", arrow: "#a3adb9", node: "#b9c4d2",
     accent: "#6ea8ff", severities: ["#ff6b78", "#ffb04d", "#6cb0ff"], calm: "#4a535f",
     scale: ["#4a535f", "#3f7396", "#4f9fce", "#86c5ea", "#d2ecfa"],
     heights: ["#6f93ff", "#5a6ea3", "#4a535f", "#b9785c", "#ff7a5c"],
@@ -57,11 +56,13 @@ const themes = {
   },
 };
 
+/** The dark colours of page.css, in one rule for media. */
+const darkRule = /** @type {CSSMediaRule} */ ([...document.styleSheets[0].cssRules].find(
+  (rule) => rule instanceof CSSMediaRule && rule.conditionText.includes("prefers-color-scheme")));
 const darkQuery = matchMedia("(prefers-color-scheme: dark)");
 
 function isDark() {
-  const { theme } = document.documentElement.dataset;
-  return theme ? theme === "dark" : darkQuery.matches;
+  return matchMedia(darkRule.media.mediaText).matches;
 }
 
 function currentTheme() {
@@ -70,5 +71,20 @@ function currentTheme() {
 
 /** Turns from light to dark, or back, whatever the system prefers. */
 function switchTheme() {
-  document.documentElement.dataset.theme = isDark() ? "light" : "dark";
+  darkRule.media.mediaText = isDark() ? "not all" : "all";
+}
+
+/** What lies below the ground, halfway to the paper. @param {Theme} theme @returns {Theme} */
+function paler(theme) {
+  /** @param {string} colour */
+  const mixed = (colour) => "#" + [1, 3, 5].map((i) => {
+    const [a, b] = [colour, theme.paper].map((text) => parseInt(text.slice(i, i + 2), 16));
+    return Math.round((a + b) / 2).toString(16).padStart(2, "0");
+  }).join("");
+  const { roads, minor, minorFar, accent, calm, scale, heights, groups } = theme;
+  return { ...theme, minor: mixed(minor), minorFar: mixed(minorFar), accent: mixed(accent),
+           calm: mixed(calm), scale: scale.map(mixed), heights: heights.map(mixed),
+           groups: groups.map(mixed),
+           roads: Object.fromEntries(Object.entries(roads).map(([kind, colour]) =>
+             [kind, mixed(colour)])) };
 }

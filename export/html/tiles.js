@@ -187,11 +187,10 @@ class TileMaker {
     this.written = network.names.texts.map(isWrittenLetterByLetter);
     this.classes = network.highways.texts.map(roadClass);
     /** Of the network's points, x and y in turns. */
-    this.points = new Float64Array(network.points.length);
-    for (let i = 0; i < this.points.length; i += 2) {
-      this.points[i] = mercatorX(network.points[i]);
-      this.points[i + 1] = mercatorY(network.points[i + 1]);
-    }
+    this.points = network.points.map((degrees, i) =>
+      i % 2 === 0 ? mercatorX(degrees) : mercatorY(degrees));
+    this.nodesX = network.longitudes.map(mercatorX);
+    this.nodesY = network.latitudes.map(mercatorY);
     /** @type {Stretch[]} */
     this.stretches = [];
     this.cutAtLevels();
@@ -239,7 +238,8 @@ class TileMaker {
     const roads = new TileLayer("roads");
     const nodes = new TileLayer("nodes");
     const { boxes, stretches } = this;
-    for (const around of [0, -1, 1]) {  // who crosses the antimeridian is beyond the map
+    // A line across the antimeridian goes on beyond the map's edge, which is also at the other edge.
+    for (const around of [0, -1, 1]) {
       for (let i = 0; i < stretches.length; ++i) {
         if (boxes[4 * i] + around <= east && boxes[4 * i + 2] + around >= west &&
             boxes[4 * i + 1] <= south && boxes[4 * i + 3] >= north) {
@@ -248,12 +248,11 @@ class TileMaker {
       }
       if (z < nodesFrom) continue;
       for (let node = 0; node < this.network.nodeCount; ++node) {
-        const nodeX = mercatorX(this.network.longitudes[node]);
-        const nodeY = mercatorY(this.network.latitudes[node]);
-        if (nodeX + around > east || nodeX + around < west || nodeY > south || nodeY < north) continue;
-        const scale = tileExtent * tiles;
-        writeLines(nodes.geometry, [[Math.round((nodeX + around) * scale - x * tileExtent),
-                                     Math.round(nodeY * scale - y * tileExtent)]]);
+        const nodeX = this.nodesX[node] + around;
+        const nodeY = this.nodesY[node];
+        if (nodeX > east || nodeX < west || nodeY > south || nodeY < north) continue;
+        writeLines(nodes.geometry, [[Math.round((nodeX * tiles - x) * tileExtent),
+                                     Math.round((nodeY * tiles - y) * tileExtent)]]);
         nodes.add(node, 1);
       }
     }

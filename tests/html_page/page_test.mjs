@@ -1,7 +1,7 @@
 // page_test.mjs PROGRAM FOLDER: the map page in a browser. FOLDER has playwright-core.
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, statSync, writeFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
@@ -26,9 +26,37 @@ const odd = `<osm version="0.6">
 <tag k="name" v="&lt;/script>&lt;script>document.title='run'&lt;/script>"/><tag k="layer" v="1e308"/></way>
 <way id="2"><nd ref="9007199254740993"/><nd ref="4"/><tag k="highway" v="service"/>
 <tag k="name" v="شارع &quot;الميناء&quot; 東京 &amp; '\`"/></way>
-<way id="3"><nd ref="-7"/><nd ref="3"/><tag k="highway" v="x"/></way>
+<way id="3"><nd ref="-7"/><nd ref="3"/><tag k="highway" v="x"/><tag k="layer" v="2e8"/></way>
 <way id="4"><nd ref="4"/><nd ref="5"/><tag k="highway" v="residential"/><tag k="oneway" v="-1"/>
 <tag k="name" v="\u0130stiklal\u0308 Cad."/></way></osm>`;
+
+/** Streets that cross, bent in the middle, each of many roads; and beside them `islands` streets. */
+function grid(size, islands) {
+  let random = 1;
+  const shift = () => (random = (random * 48271) % 0x7fffffff) / 0x7fffffff / 1000;
+  const nodes = [];
+  const ways = [];
+  const street = (name, places) => {
+    const refs = places.map(([id, x, y]) => {
+      nodes[id] ??= `<node id="${id + 1}" lat="${(50 + y / 500 + shift()).toFixed(7)}" ` +
+                    `lon="${(8 + x / 500 + shift()).toFixed(7)}"/>`;
+      return `<nd ref="${id + 1}"/>`;
+    });
+    ways.push(`<way id="${700000 + 13 * ways.length}">${refs.join("")}<tag k="highway" ` +
+              `v="residential"/><tag k="name" v="${name}"/></way>`);
+  };
+  const steps = [...Array(2 * size - 1).keys()];
+  for (let i = 0; i < size; ++i) {
+    street(`Row ${i}`, steps.map((j) => [2 * i * 2 * size + j, j / 2, i]));
+    street(`Column ${i}`, steps.map((j) => [j * 2 * size + 2 * i, i, j / 2]));
+  }
+  for (let i = 0; i < islands; ++i) {
+    const first = 4 * size * size + 4 * i;
+    street(`St. O'Isle ${i}`, [0, 1, 2].map((j) => [first + j, size + j, i]));
+    street(`St. O'Isle ${i}`, [1, 3].map((j) => [first + j, size + 1, i + (j - 1) / 4]));
+  }
+  return `<osm version="0.6">${nodes.join("")}${ways.join("")}</osm>`;
+}
 
 let browser;
 before(async () => {
@@ -64,7 +92,7 @@ async function opened(t, file, { hash = "", from = browser, ...options } = {}) {
     if (["error", "warning"].includes(message.type())) wrong.push(message.text());
   });
   view.on("pageerror", (error) => wrong.push(error.message));
-  await view.goto(pathToFileURL(file).href + hash);
+  await view.goto(file.startsWith("file:") ? file : pathToFileURL(file).href + hash);
   await view.waitForSelector("html[data-drawn]", { state: "attached" });
   t.after(async () => {
     await view.close();
@@ -201,15 +229,51 @@ test("search, keyboard, click, and the elevation of a road", async (t) => {
   assert.equal(new URL(view.url()).hash.includes("road="), true);
 });
 
+test("a large network: bytes for each road, islands, and what the report says of a street", async (t) => {
+  const file = pageOf("grid", grid(40, 8));
+  const view = await opened(t, file);
+  const empty = statSync(pageOf("nothing", "<osm version='0.6'/>")).size;
+  const each = (statSync(file).size - empty) / (await view.evaluate("page.network.roadCount"));
+  assert.ok(each < 12, `${each} bytes for each road`);
+  await view.fill("#search", "st o’isle");
+  await view.waitForSelector("#panel-title:has-text('8 found')");
+  await view.press("#search", "Enter");
+  assert.match(await text(view, "#panel-body"), /What the report says \(1\)/);
+  assert.doesNotMatch(view.url(), /road=/);
+  // The sixth island has the last of the colours in the key; its name is farther on.
+  await view.click("#key-button");
+  await view.check("input[value=component]");
+  const colour = await view.locator(".key li:last-child .swatch").evaluate(
+    ({ style }) => style.backgroundColor.match(/\d+/g).map(Number));
+  await view.evaluate(() => {
+    const [a, b] = page.network.lineOf(page.components.rankOf.indexOf(6));
+    page.view.map.jumpTo({ center: [0, 1].map((i) => (7 * a[i] + b[i]) / 8), zoom: 18 });
+  });
+  await idle(view);
+  assert.deepEqual(await colourAt(view, 500, 350), colour);
+});
+
+test("an address that names a road alone leads there, in a file of any name", async (t) => {
+  const file = Buffer.concat([Buffer.from(join(folder, "a")), Buffer.from([0xff]), Buffer.from(".html")]);
+  writeFileSync(file, readFileSync(pageOf("example", example)));
+  const url = `${pathToFileURL(folder).href}/a%FF.html#road=20`;
+  const view = await opened(t, url);
+  await view.waitForSelector("#panel:visible");
+  await idle(view);
+  assert.ok((await view.evaluate("page.view.map.getZoom()")) > 15);
+  await view.click("#report-button");
+  assert.doesNotMatch(view.url(), /road=/);
+});
+
 test("the report: by kind and severity, each entry leads to its place", async (t) => {
   const report = JSON.parse(run(example, "-r", "-", "--join", "compatible", "--oneway", "implied"));
   const count = Object.values(report.toCheck).flat().length;
   const view = await opened(t, pageOf("example", example));
   await view.click("#report-button");
   assert.equal(await text(view, "#panel-title"), `${count} places to check`);
-  await view.click(".chip.low");
   const [trap] = report.toCheck.traps.filter(({ severity }) => severity === "high");
   await view.click("summary:has-text('Traps')");
+  await view.click(".chip.low");
   assert.equal(await view.locator(".finding.low").count(), 0);
   await view.click(".finding.high >> nth=0");
   await idle(view);
@@ -219,8 +283,13 @@ test("the report: by kind and severity, each entry leads to its place", async (t
     return x > 0 && x < innerWidth && y > 0 && y < innerHeight ? 0 : [x, y];
   }, trap);
   assert.equal(away, 0);
+  assert.match(view.url(), /finding=/);
   await view.click("#back-button");
   assert.equal(await text(view, "#panel-title"), `${count} places to check`);
+  assert.ok(await view.locator("details[open] .finding.high").first().isVisible());
+  assert.doesNotMatch(view.url(), /finding=/);
+  await view.click("#close-button");
+  assert.equal(await view.evaluate("document.activeElement.id"), "report-button");
 });
 
 test("light and dark, colours, and a narrow phone", async (t) => {
@@ -241,6 +310,18 @@ test("light and dark, colours, and a narrow phone", async (t) => {
       document.getElementById(id).getBoundingClientRect().right)]);
   assert.ok(Math.max(...widths) <= 360, String(widths));
   assert.match(await text(view, "#attribution"), /© OpenStreetMap contributors, ODbL/);
+  await view.setViewportSize({ width: 480, height: 270 });  // sideways, where no camera may fit
+  await view.fill("#search", "lindenallee");
+  await view.press("#search", "Enter");
+  await view.waitForSelector("#panel-title:has-text('Lindenallee')");
+  await idle(view);
+  const seen = await view.evaluate(() => {
+    const { right } = document.getElementById("panel").getBoundingClientRect();
+    const { x, y } = page.view.map.project(page.network.lineOf(page.network.names.numbers.indexOf(
+      page.network.names.texts.indexOf("Lindenallee")))[0]);
+    return [right < 300, document.activeElement.id, x > 0 && x < 480 && y > 0 && y < 270];
+  });
+  assert.deepEqual(seen, [true, "", true]);
 });
 
 test("no roads; and no WebGL, where search and report still work", async (t) => {
@@ -255,6 +336,9 @@ test("no roads; and no WebGL, where search and report still work", async (t) => 
   await view.fill("#search", "hafenstrasse");
   await view.press("#search", "Enter");
   assert.equal(await text(view, "#panel-title"), "Hafenstraße");
+  const [message, panel] = await Promise.all(["#message", "#panel"].map((id) =>
+    view.locator(id).boundingBox()));
+  assert.ok(message.x >= panel.x + panel.width);
 });
 
 test("the same input gives the same bytes; docs/ has the example's page as it is now", () => {
