@@ -1,9 +1,8 @@
 #include "export/throwCantWrite.hpp"
 
 #include <cerrno>
-#include <stdexcept>
 #include <system_error>
 
 void throwCantWrite(std::string const& name) {
-  throw std::runtime_error(name + ": can't write: " + std::generic_category().message(errno));
+  throw std::system_error(errno, std::generic_category(), name + ": can't write");
 }

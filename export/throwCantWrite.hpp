@@ -3,5 +3,5 @@
 
 #include <string>
 
-/// Throws std::runtime_error: the name, "can't write" and the reason that `errno` gives.
+/// Throws std::system_error with `errno`: the name, "can't write" and the reason that it gives.
 [[noreturn]] void throwCantWrite(std::string const& name);

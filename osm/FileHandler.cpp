@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -54,7 +55,10 @@ FileHandle useOpenFile(int descriptor, std::string const& name) {
   FileHandle file(new FileHandler{-1, 0, name});
   file->descriptor = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
   struct stat const status = statusOf(*file);
-  if (S_ISREG(status.st_mode)) file->size = static_cast<std::uint64_t>(status.st_size);
+  if (S_ISREG(status.st_mode)) {
+    off_t const offset = ::lseek(file->descriptor, 0, SEEK_CUR);
+    file->size = static_cast<std::uint64_t>(std::max<off_t>(status.st_size - offset, 0));
+  }
   return file;
 }
 

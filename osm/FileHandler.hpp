@@ -9,7 +9,8 @@ namespace OpenStreetMap {
 
 struct FileHandler {
   int descriptor;
-  std::uint64_t size;  ///< in bytes, when it was opened; 0 for a stream, whose size nobody knows
+  std::uint64_t size;  ///< in bytes, what was left to read when it was opened; 0 for a stream,
+                       ///< whose size nobody knows
   std::string name;    ///< UTF-8, for messages
 };
 

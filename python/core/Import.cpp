@@ -1,13 +1,15 @@
 #include "python/core/Import.hpp"
 
-#include <atomic>
+#include <chrono>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <thread>
 
 #include "export/NetworkExport.hpp"
 #include "export/writeReport.hpp"
 #include "importer/geographicLimits.hpp"
+#include "python/core/Gil.hpp"
 #include "python/core/MemoryFile.hpp"
 #include "python/core/arrays.hpp"
 #include "python/core/columnTables.hpp"
@@ -16,17 +18,38 @@
 #include "threads/decodeInParallel.hpp"
 
 namespace nb = nanobind;
+using namespace std::chrono_literals;
 
 namespace {
 
-std::atomic<bool> processEnds{false};
+nb::object textOf(std::string_view bytes) {
+  auto const size = static_cast<Py_ssize_t>(bytes.size());
+  auto text = nb::steal(PyUnicode_DecodeFSDefaultAndSize(bytes.data(), size));
+  if (!text.is_valid()) throw nb::python_error();
+  return text;
+}
+
+// The text begins with the name of the file, which OSError keeps by itself if it has a number.
+[[noreturn]] void raiseOsError(std::runtime_error const& error, std::string const& path) {
+  std::string_view reason = error.what();
+  auto const* const numbered = dynamic_cast<std::system_error const*>(&error);
+  std::string const name = path + ": ";
+  nb::object arguments = nb::make_tuple(textOf(reason));
+  if (numbered != nullptr && reason.starts_with(name)) {
+    reason.remove_prefix(name.size());
+    arguments = nb::make_tuple(numbered->code().value(), textOf(reason), textOf(path));
+  }
+  PyErr_SetObject(PyExc_OSError, arguments.ptr());
+  throw nb::python_error();
+}
 
 }  // namespace
 
 template <class Action>
 auto Import::work(Watch& watch, Action const& action) {
-  nb::gil_scoped_release const others;
-  std::scoped_lock const lock(engine_->mutex);
+  gil::Released const others;
+  std::unique_lock lock(engine_->mutex, std::defer_lock);
+  while (!lock.try_lock_for(20ms)) watch.handleSignals();
   struct Watching {
     Engine& engine;
     Watch* before;
@@ -56,23 +79,19 @@ Import::Import(Source const& source, ImportOptions options, unsigned threads, Wa
 }
 
 Import::~Import() {
-  if (processEnds) {
+  if (gil::doesProcessEnd()) {  // what is there stays, and the system takes its memory back
     static_cast<void>(engine_.release());
   } else {
-    nb::gil_scoped_release const others;
+    gil::Released const others;
     engine_.reset();
   }
-}
-
-void Import::leaveAllToTheSystem() noexcept {
-  processEnds = true;
 }
 
 void Import::releaseElsewhere(std::unique_ptr<Engine> engine) noexcept {
   NoSignals const inIt;
   try {
     std::thread([engine = std::move(engine)]() mutable { engine.reset(); }).detach();
-  } catch (std::system_error const&) {  // no thread is to be had, and the engine is gone already
+  } catch (...) {  // no thread is to be had, and the engine is gone already
   }
 }
 
@@ -136,7 +155,7 @@ nb::object Import::counts() const {
 nb::object Import::lengths() const {
   std::vector<double> lengths;
   {
-    nb::gil_scoped_release const others;
+    gil::Released const others;
     lengths = roadLengths(lineOffsets_, linePoints_);
   }
   return arrayOf(std::move(lengths));
@@ -150,7 +169,8 @@ nb::object Import::restrictions() {
   return restrictions_;
 }
 
-std::string Import::report(Watch watch) {
+std::string Import::report() {
+  Watch watch{nb::none()};
   return work(watch, [&] {
     MemoryFile file;
     BufferedFile output(file.duplicate(), "the report");
@@ -160,10 +180,10 @@ std::string Import::report(Watch watch) {
   });
 }
 
-void Import::write(std::string const& path, std::string const& format, bool overwrite,
-                   Watch watch) {
+void Import::write(std::string const& path, std::string const& format, bool overwrite) {
   Format const* const known = findFormat(format);
   if (known == nullptr) throw std::invalid_argument("there is no format \"" + format + '"');
+  Watch watch{nb::none()};
   try {
     work(watch, [&] {
       NetworkExport output(*known, path, overwrite);
@@ -171,7 +191,6 @@ void Import::write(std::string const& path, std::string const& format, bool over
       output.commit();
     });
   } catch (std::runtime_error const& error) {  // these name their file
-    PyErr_SetString(PyExc_OSError, error.what());
-    throw nb::python_error();
+    raiseOsError(error, path);
   }
 }

@@ -43,12 +43,9 @@ class Import {
   nanobind::object counts() const;
   nanobind::object lengths() const;
   nanobind::object restrictions();
-  std::string report(Watch watch);
+  std::string report();
   /// Throws std::invalid_argument for a format that there is not, OSError.
-  void write(std::string const& path, std::string const& format, bool overwrite, Watch watch);
-
-  /// From now on the process ends: what is there stays, and the system takes its memory back.
-  static void leaveAllToTheSystem() noexcept;
+  void write(std::string const& path, std::string const& format, bool overwrite);
 
  private:
   struct Engine {
@@ -59,7 +56,7 @@ class Import {
         velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
     RoadNetworkImporter importer;
     // A model is for one thread at a time. Recursive for what a progress callable may do.
-    std::recursive_mutex mutex;
+    std::recursive_timed_mutex mutex;
     Watch* watch = nullptr;  // of the one who works now
   };
 

@@ -18,13 +18,15 @@ class Watch {
   /// `progress` is None or a callable(stage, done, total). The GIL must be held.
   explicit Watch(nanobind::object progress);
 
+  /// Handles signals, if it is for this thread to do so.
+  void handleSignals() const;
   void operator()(support::Stage stage, std::uint64_t done, std::uint64_t total);
 
  private:
   using Clock = std::chrono::steady_clock;
 
   nanobind::object progress_;
-  bool isNeeded_;
+  bool isMain_;
   std::pair<support::Stage, bool> place_{};  // and whether it is the end of the stage
   Clock::time_point next_{};
 };

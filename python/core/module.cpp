@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "osm/ReadError.hpp"
+#include "python/core/Gil.hpp"
 #include "python/core/Import.hpp"
 #include "python/core/chosenOptions.hpp"
 #include "python/core/parts.hpp"
@@ -40,22 +41,18 @@ class Buffer {
 };
 
 std::string fileSystemBytes(nb::handle path) {
-  auto const bytes = nb::steal<nb::bytes>(PyUnicode_EncodeFSDefault(path.ptr()));
-  if (!bytes.is_valid()) throw nb::python_error();
+  PyObject* converted = nullptr;
+  if (PyUnicode_FSConverter(path.ptr(), &converted) == 0) throw nb::python_error();
+  auto const bytes = nb::steal<nb::bytes>(converted);
   return {bytes.c_str(), bytes.size()};
 }
 
 Import* readSource(nb::object const& source, std::string const& join, std::string const& oneway,
-                   std::optional<std::vector<std::string>> tags, int threads,
+                   std::optional<std::vector<std::string>> tags, unsigned threads,
                    nb::object const& progress) {
-  constexpr int mostThreads = 1024;
-  if (threads < 0 || threads > mostThreads) {
-    throw std::invalid_argument("threads is " + std::to_string(threads) + "; it may be 0 to " +
-                                std::to_string(mostThreads));
-  }
   ImportOptions options = optionsOf(join, oneway, std::move(tags));
   auto const import = [&](Source const& from) {
-    return new Import(from, std::move(options), static_cast<unsigned>(threads), Watch(progress));
+    return new Import(from, std::move(options), threads, Watch(progress));
   };
   if (nb::isinstance<nb::str>(source)) return import(fileSystemBytes(source));
   if (nb::isinstance<nb::tuple>(source)) {
@@ -82,8 +79,7 @@ void raiseReadError(std::exception_ptr const& thrown, void* /*unused*/) {
 NB_MODULE(_core, module) {
   nb::set_leak_warnings(false);  // a network that a module holds until the end is no leak
   nb::register_exception_translator(raiseReadError);
-  nb::module_::import_("atexit").attr("register")(
-      nb::cpp_function([] { Import::leaveAllToTheSystem(); }));
+  nb::module_::import_("atexit").attr("register")(nb::cpp_function([] { gil::processEnds(); }));
 
   nb::class_<Import>(module, "Import")
       .def_ro("nodes", &Import::nodes)
@@ -96,18 +92,13 @@ NB_MODULE(_core, module) {
       .def_prop_ro("counts", &Import::counts)
       .def_prop_ro("restrictions", &Import::restrictions)
       .def("lengths", &Import::lengths)
-      .def(
-          "report",
-          [](Import& import, nb::object const& progress) { return import.report(Watch(progress)); },
-          nb::arg("progress") = nb::none())
+      .def("report", &Import::report)
       .def(
           "write",
-          [](Import& import, nb::str const& path, std::string const& format, bool overwrite,
-             nb::object const& progress) {
-            import.write(fileSystemBytes(path), format, overwrite, Watch(progress));
+          [](Import& import, nb::str const& path, std::string const& format, bool overwrite) {
+            import.write(fileSystemBytes(path), format, overwrite);
           },
-          nb::arg("path"), nb::arg("format"), nb::arg("overwrite") = false,
-          nb::arg("progress") = nb::none());
+          nb::arg("path"), nb::arg("format"), nb::arg("overwrite") = false);
   module.def("read", readSource, nb::arg("source"), nb::arg("join") = "compatible",
              nb::arg("oneway") = "implied", nb::arg("tags") = nb::none(), nb::arg("threads") = 0,
              nb::arg("progress") = nb::none(), nb::rv_policy::take_ownership);

@@ -18,6 +18,7 @@
 #include "parts/decodeElements.hpp"
 #include "parts/partNetwork.hpp"
 #include "parts/selectRoads.hpp"
+#include "python/core/Gil.hpp"
 #include "python/core/arrays.hpp"
 #include "python/core/chosenOptions.hpp"
 #include "python/core/columnTables.hpp"
@@ -45,7 +46,7 @@ template <class Columns>
 nb::object pack(Columns const& columns) {
   std::vector<char> bytes;
   {
-    nb::gil_scoped_release const others;
+    gil::Released const others;
     bytes = packed(columns);
   }
   return arrayOf(std::move(bytes));
@@ -53,7 +54,7 @@ nb::object pack(Columns const& columns) {
 
 template <class Action>
 auto withoutGil(Action const& action) {
-  nb::gil_scoped_release const others;
+  gil::Released const others;
   return action();
 }
 

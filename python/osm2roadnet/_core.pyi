@@ -1,6 +1,5 @@
 """The compiled module: the engine, and its networks as arrays."""
 
-import os
 from collections.abc import Callable
 from typing import Any, TypeAlias
 
@@ -24,7 +23,7 @@ class Import:
     counts: dict[str, int]
     def lengths(self) -> NDArray[np.float64]: ...
     def report(self) -> str: ...
-    def write(self, path: str | bytes | os.PathLike[str], format: str, overwrite: bool) -> None: ...
+    def write(self, path: str, format: str, overwrite: bool) -> None: ...
 
 def read(
     source: str | tuple[int, str] | bytes | bytearray | memoryview,

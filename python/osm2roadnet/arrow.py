@@ -27,7 +27,7 @@ def text_array(texts: Texts) -> pa.DictionaryArray:
     categories = pa.LargeStringArray.from_buffers(len(texts.offsets) - 1, offsets, data)
     is_there = texts.codes >= 0
     bits = pa.py_buffer(np.packbits(is_there, bitorder="little"))
-    buffers = [bits, pa.py_buffer(texts.codes)]
+    buffers = [bits, pa.py_buffer(np.ascontiguousarray(texts.codes))]
     codes = pa.Array.from_buffers(pa.int32(), len(texts), buffers)
     return pa.DictionaryArray.from_arrays(codes, categories)
 

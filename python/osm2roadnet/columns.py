@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import operator
 from collections.abc import Callable, Collection, Iterator, Mapping, Sequence
 from typing import TYPE_CHECKING, Any, Literal, overload
 
@@ -79,6 +80,8 @@ class Texts(Sequence["str | None"]):
 
     def isin(self, texts: Sequence[str | None]) -> NDArray[np.bool_]:
         """A mask of the rows that have one of the texts."""
+        if isinstance(texts, str):
+            raise TypeError("isin takes some texts; for a single one there is ==")
         wanted = set(texts)
         found = np.fromiter((text in wanted for text in (*self.categories, None)), dtype=bool)
         mask: NDArray[np.bool_] = found[self.codes]
@@ -165,6 +168,11 @@ class Lists(Sequence["NDArray[Any]"]):
             if step != 1:
                 raise ValueError("lists can't be taken in steps")
             return Lists(self.offsets[first : max(first, last) + 1], self.values)
+        try:
+            row = operator.index(row)
+        except TypeError:
+            kind = type(row).__name__
+            raise TypeError(f"lists are taken by position or slice, not by {kind}") from None
         begin, end = self.offsets[:-1][row], self.offsets[1:][row]
         values: NDArray[Any] = self.values[begin:end]
         return values
@@ -186,7 +194,9 @@ class Lists(Sequence["NDArray[Any]"]):
         return list(map(";".join, map(texts.__getitem__, map(slice, ends, ends[1:]))))
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return Lists, (self.offsets, self.values)
+        first, last = self.offsets[[0, -1]].tolist()
+        offsets = self.offsets - first if first > 0 else self.offsets
+        return Lists, (offsets, self.values[first:last])
 
     def __repr__(self) -> str:
         return f"Lists({_shown([row.tolist() for row in self[:4]], len(self))})"

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import importlib
+import importlib.util
 from typing import Any
 
 
@@ -34,12 +35,23 @@ class ReadError(OSError):
         return ": ".join(part for part in (self.filename, self.place, self.reason) if part)
 
 
+def check_type(name: str, value: object, types: type | tuple[type, ...], wanted: str) -> None:
+    """Raises TypeError if an argument is of none of the types."""
+    if not isinstance(value, types):
+        raise TypeError(f"{name} must be {wanted}, not {type(value).__name__}")
+
+
 def require(module: str, extra: str) -> Any:
-    """The module of that name, imported; the error says how to install it."""
+    """The module of that name, imported; if a package is missing the error says how to install it.
+
+    What goes wrong inside a package that is there is not for this to tell.
+    """
     try:
         return importlib.import_module(module)
-    except ImportError as error:
-        package = module.partition(".")[0]
+    except ModuleNotFoundError as error:
+        package = (error.name or module).partition(".")[0]
+        if importlib.util.find_spec(package) is not None:
+            raise
         raise ImportError(
             f'this needs {package}: pip install "osm2roadnet[{extra}]"', name=package
         ) from error

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import errno
 import os
 from pathlib import Path
 from typing import TYPE_CHECKING, Any
@@ -9,7 +10,7 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 
 from osm2roadnet.columns import Lists, Texts
-from osm2roadnet.errors import require
+from osm2roadnet.errors import check_type, require
 from osm2roadnet.geo import CRS, points_of
 from osm2roadnet.outputs import output, refuse_existing
 from osm2roadnet.styles import add_styles
@@ -26,6 +27,8 @@ FORMATS["ndjson"] = "geojsonl"
 
 def to_file(network: Network, path: Any, format: str | None, overwrite: bool) -> None:
     """See `Network.to_file`."""
+    check_type("path", path, (str, bytes, os.PathLike), "a path")
+    check_type("format", format, (str, type(None)), "a text")
     path = Path(os.fsdecode(path))
     ending = path.suffix[1:] if format is None else format
     known = FORMATS.get(ending.lower())
@@ -36,7 +39,7 @@ def to_file(network: Network, path: Any, format: str | None, overwrite: bool) ->
     else:
         if not overwrite:
             refuse_existing(path)
-        imported = network.imported("only gpkg and fgb can be written")
+        imported = network.imported("any format but gpkg and fgb")
         imported.write(str(path), known, overwrite)
 
 
@@ -49,23 +52,26 @@ def _write_layers(network: Network, path: Path, is_one_file: bool, overwrite: bo
         "restrictions": (dict(network.restrictions), _first_nodes(network), "Point"),
     }
     files = [] if is_one_file else [f"{name}.fgb" for name in layers]
-    with output(path, overwrite, files) as unfinished:
+    with output(path, overwrite, files, ".gpkg" if is_one_file else "") as unfinished:
         target = unfinished
         for name, (columns, geometry, kind) in layers.items():
             if not is_one_file:
                 target = unfinished / f"{name}.fgb"
             table = arrow.plain(arrow.table_of(_as_stored(columns)))
-            pyogrio.write_arrow(
-                table.append_column("geometry", arrow.binary_array(geometry, kind)),
-                target,
-                layer=name,
-                driver="GPKG" if is_one_file else "FlatGeobuf",
-                append=target.exists(),
-                geometry_name="geometry",
-                geometry_type=f"{kind} Z",
-                crs=CRS,
-                layer_options={"DESCRIPTION": ATTRIBUTION},
-            )
+            try:
+                pyogrio.write_arrow(
+                    table.append_column("geometry", arrow.binary_array(geometry, kind)),
+                    target,
+                    layer=name,
+                    driver="GPKG" if is_one_file else "FlatGeobuf",
+                    append=target.exists(),
+                    geometry_name="geometry",
+                    geometry_type=f"{kind} Z",
+                    crs=CRS,
+                    layer_options={"DESCRIPTION": ATTRIBUTION},
+                )
+            except (pyogrio.errors.DataLayerError, pyogrio.errors.DataSourceError) as error:
+                raise OSError(errno.EIO, str(error), str(path)) from error
         if is_one_file:
             add_styles(unfinished, layers)
 

@@ -67,34 +67,38 @@ def _values(objects: Sequence[Any]) -> NDArray[np.object_]:
     return array
 
 
-def _way_ids(network: Network) -> NDArray[np.object_]:
-    """The id of each road's way, or a list of them."""
+def _way_ids(network: Network, roads: NDArray[np.intp]) -> list[Any]:
+    """The id of each road's way, or a list of them, which is nobody else's."""
     lists = network.roads["osm_way_ids"]
     ids = lists.values.astype(object)
-    first: NDArray[np.object_] = ids[lists.offsets[:-1]]
-    many = np.flatnonzero(lists.sizes > 1)
-    slices = map(slice, lists.offsets[many].tolist(), lists.offsets[many + 1].tolist())
+    begins, ends = lists.offsets[roads], lists.offsets[roads + 1]
+    first = ids[begins]
+    many = np.flatnonzero(ends - begins > 1)
+    slices = map(slice, begins[many].tolist(), ends[many].tolist())
     first[many] = _values(list(map(ids.tolist().__getitem__, slices)))
-    return first
+    return list(first)
 
 
-def _texts(network: Network, texts: Texts) -> NDArray[np.object_]:
-    """A text for each road; a list where ways with different texts were joined."""
-    column = texts.to_numpy()
+def _texts(network: Network, texts: Texts, roads: NDArray[np.intp]) -> list[Any]:
+    """A text for each road; a list of its own where ways with different texts were joined."""
+    column = texts[roads].to_numpy()
     if network.join == "all":
-        split = _values([text.split(";") if ";" in text else text for text in texts.categories])
-        joined = np.flatnonzero((texts.codes >= 0) & (network.roads["osm_way_ids"].sizes > 1))
-        column[joined] = split[texts.codes[joined]]
-    return column
+        is_list = np.array([*(";" in text for text in texts.categories), False])
+        is_joined = network.roads["osm_way_ids"].sizes[roads] > 1
+        joined = np.flatnonzero(is_joined & is_list[texts.codes[roads]])
+        column[joined] = _values([text.split(";") for text in column[joined]])
+    return list(column)
 
 
-def _reversed(network: Network, edges: Edges) -> NDArray[np.object_]:
+def _reversed(network: Network, edges: Edges) -> list[Any]:
     """Whether an edge runs against its way, as OSMnx has it: False for one-way roads."""
     drawn = network.against_ways[edges.roads]
     is_both_ways = network.roads["direction"][edges.roads] == 3
     is_reversed = is_both_ways & ((drawn == _AGAINST) != edges.is_backward)
-    choice = np.where(is_both_ways & (drawn == _BOTH), 2, is_reversed)
-    return _values([False, True, [False, True]])[choice]
+    column = is_reversed.astype(object)
+    both = np.flatnonzero(is_both_ways & (drawn == _BOTH))
+    column[both] = _values([[False, True] for _ in both])
+    return list(column)
 
 
 def edge_attributes(
@@ -103,11 +107,11 @@ def edge_attributes(
     """What the edges have, and what only some of them have, by the names that OSMnx uses."""
     roads = network.roads
     always = {
-        "osmid": _way_ids(network)[edges.roads].tolist(),
+        "osmid": _way_ids(network, edges.roads),
         "road_id": roads["id"][edges.roads].tolist(),
-        "highway": _texts(network, roads["highway"])[edges.roads].tolist(),
+        "highway": _texts(network, roads["highway"], edges.roads),
         "oneway": (roads["direction"][edges.roads] != 3).tolist(),
-        "reversed": _reversed(network, edges).tolist(),
+        "reversed": _reversed(network, edges),
         "length": roads["length"][edges.roads].tolist(),
     }
     taken = {*always, "geometry", "key", "source", "target", "u", "v", "weight"}
@@ -165,7 +169,7 @@ def _edge_dicts(network: Network, edges: Edges) -> list[dict[str, Any]]:
     attributes = _dicts({**always, "geometry": lines.tolist()})
     for name, texts in sometimes.items():
         rows = np.flatnonzero(texts.codes[edges.roads] >= 0)
-        _add(attributes, name, rows, _texts(network, texts)[edges.roads[rows]].tolist())
+        _add(attributes, name, rows, _texts(network, texts, edges.roads[rows]))
     return attributes
 
 
@@ -187,8 +191,7 @@ def to_igraph(network: Network) -> ig.Graph:
         edge_attrs={
             **always,
             **{
-                name: _texts(network, texts)[edges.roads].tolist()
-                for name, texts in sometimes.items()
+                name: _texts(network, texts, edges.roads) for name, texts in sometimes.items()
             },
         },
     )

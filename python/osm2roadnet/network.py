@@ -103,7 +103,7 @@ class Network:
         ``via_road_ids``: `Lists` of int64, the nodes on the way and the roads between them.
         """
         if self._restrictions is None:
-            self._restrictions = restriction_columns(self.imported("").restrictions)
+            self._restrictions = restriction_columns(self.imported("the table of restrictions").restrictions)
         return self._restrictions
 
     @property
@@ -114,14 +114,15 @@ class Network:
             RuntimeError: if the network was unpickled and nobody had asked before.
         """
         if self._report is None:
-            self._report = Report(self.imported("its report was not asked for before").report())
+            core = self.imported("a report that nobody has asked for")
+            self._report = Report(core.report())
         return self._report
 
-    def imported(self, why: str) -> Import:
+    def imported(self, what: str) -> Import:
         """The import, which a network that was unpickled lacks."""
         if self._core is None:
             raise RuntimeError(
-                f"this network was pickled, and {why}: that takes what was read; read it once more"
+                f"{what} needs the import, which pickling leaves out: read it once more"
             )
         return self._core
 
@@ -207,6 +208,7 @@ class Network:
 
         Raises:
             FileExistsError: if a file exists, unless `overwrite` is true.
+            ValueError: if both paths are the same.
         """
         require("osm2roadnet.parquet", "arrow").write_parquet(self, roads, nodes, overwrite)
 

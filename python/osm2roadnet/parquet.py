@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import json
+import os
 from typing import TYPE_CHECKING, Any
 
 import numpy as np
@@ -22,6 +23,8 @@ if TYPE_CHECKING:
 
 def write_parquet(network: Network, roads: Any, nodes: Any, overwrite: bool) -> None:
     """See `Network.to_parquet`."""
+    if nodes is not None and os.path.realpath(roads) == os.path.realpath(nodes):
+        raise ValueError(f"roads and nodes can't both be in {os.fsdecode(roads)}")
     _write(roads, overwrite, network.road_columns(), network.roads["geometry"], "LineString")
     if nodes is not None:
         points = points_of(network.node_coordinates())

@@ -36,14 +36,15 @@ class _Bar:
     """A bar of tqdm, on a terminal or in a notebook."""
 
     def __init__(self, tqdm: Any) -> None:
-        self._bar = tqdm(unit_scale=True, leave=False)
+        self._bar = tqdm(unit_scale=True, leave=False, disable=None)
         self._stage = ""
 
     def __call__(self, stage: str, done: int, total: int) -> None:
         if stage != self._stage:
             self._stage = stage
-            self._bar.reset(total or None)
+            self._bar.reset()
             self._bar.set_description(stage, refresh=False)
+        self._bar.total = total or None
         self._bar.update(done - self._bar.n)
 
     def close(self) -> None:

@@ -89,8 +89,11 @@ def test_texts(town):
     sizes = [len(text.encode()) for text in turned]
     other = rn.Texts(codes.astype(np.int32), np.cumsum([0, *sizes]), data)
     assert (other == texts).all() and not (other[::-1] == texts).all()
+    assert texts[::2].to_arrow().to_pylist() == values[::2].tolist()
     with pytest.raises(IndexError):
         texts[len(texts)]
+    with pytest.raises(TypeError, match="=="):
+        texts.isin(name)
 
 
 def test_lists(town):
@@ -101,6 +104,11 @@ def test_lists(town):
     assert ways.to_texts() == [";".join(map(str, row)) for row in ways]
     with pytest.raises(IndexError):
         ways[len(ways)]
+    with pytest.raises(TypeError, match="by position or slice"):
+        ways[ways.sizes > 1]
+    for some in (ways[5:9], ways[3:3]):
+        loaded = pickle.loads(pickle.dumps(some))
+        assert loaded == some and len(loaded.values) == some.sizes.sum()
 
 
 def arrays_of(network):

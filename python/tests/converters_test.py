@@ -1,8 +1,11 @@
 """What others make of a network, with their own functions."""
 
+import errno
 import html
 import json
 import math
+import os
+import pathlib
 import shutil
 import sys
 import xml.etree.ElementTree as ElementTree
@@ -73,6 +76,9 @@ def test_edges_of_the_graph(network, graph):
             assert (";".join(value) if isinstance(value, list) else value) == roads[tag][road]
         seen.append((edge["road_id"], is_forward))
     assert len(set(seen)) == len(seen)
+    edges = graph.edges(data=True)
+    lists = [id(value) for *_, edge in edges for value in edge.values() if isinstance(value, list)]
+    assert len(set(lists)) == len(lists)
 
 
 def test_osmnx_takes_the_graph_as_its_own(graph, tmp_path):
@@ -277,6 +283,56 @@ def test_outputs_are_whole_or_not_at_all(town, tmp_path, monkeypatch):
         town.to_file(tmp_path / "town.shp")
 
 
+def test_odd_names(town, tmp_path):
+    for name in ("t\udcff.gpkg", "n" * 250 + ".gpkg", "t\udcff.fgb", "t\udcff.parquet"):
+        write = town.to_parquet if name.endswith("parquet") else town.to_file
+        write(tmp_path / name)
+        assert (tmp_path / name).exists(), name
+    fifo, folder = tmp_path / "fifo", tmp_path / "empty"
+    os.mkfifo(fifo), folder.mkdir()
+    file = tmp_path / "t\udcff.gpkg"
+    refused = [
+        (OSError, "neither a file", lambda: town.to_file(fifo, "gpkg", overwrite=True)),
+        (OSError, "is a folder", lambda: town.to_file(folder, "gpkg")),
+        (OSError, "is not a folder", lambda: town.to_file(file, "fgb", overwrite=True)),
+        (FileNotFoundError, "udcff/no/x.json", lambda: town.to_file(tmp_path / "\udcff/no/x.json")),
+        (ValueError, "null byte", lambda: town.to_file(f"{tmp_path}/nul\0x.json")),
+        (ValueError, "both", lambda: town.to_parquet(tmp_path / "x", tmp_path / "empty/../x")),
+        (TypeError, "path", lambda: town.to_file(1)),
+        (TypeError, "format", lambda: town.to_file("x", 1)),
+    ]
+    before = sorted(tmp_path.iterdir())
+    for error, words, action in refused:
+        with pytest.raises(error, match=words):
+            action()
+    assert sorted(tmp_path.iterdir()) == before
+    with pytest.raises(OSError) as caught:
+        town.to_file("/dev/full/x.json")
+    assert caught.value.filename == "/dev/full/x.json" and caught.value.errno == errno.ENOTDIR
+
+
+@pytest.mark.parametrize("error", [OSError, KeyboardInterrupt])
+def test_what_can_not_be_replaced_stays(error, town, tmp_path, monkeypatch):
+    town.to_file(tmp_path / "kept.fgb")
+
+    def fail(*arguments):
+        raise error("enough")
+
+    monkeypatch.setattr(pathlib.Path, "replace", fail)
+    with pytest.raises(error, match="enough"):
+        town.to_file(tmp_path / "kept.fgb", overwrite=True)
+    assert len(list((tmp_path / "kept.fgb").iterdir())) == 3
+
+
+def test_what_gdal_refuses_names_the_output(town, tmp_path, monkeypatch):
+    def fail(*arguments, **options):
+        raise pyogrio.errors.DataLayerError("no space")
+
+    monkeypatch.setattr(pyogrio, "write_arrow", fail)
+    with pytest.raises(OSError, match="no space.*x.gpkg"):
+        town.to_file(tmp_path / "x.gpkg")
+
+
 def test_pictures(network):
     axes = network.plot(oneways=True)
     lines = sum(len(collection.get_paths()) for collection in axes.collections[:-1])
@@ -323,8 +379,16 @@ def test_what_is_not_installed_is_named(module, extra, convert, town, monkeypatc
     for name in [name for name in sys.modules if name.split(".")[0] == module]:
         monkeypatch.setitem(sys.modules, name, None)
     monkeypatch.setitem(sys.modules, module, None)
-    with pytest.raises(ImportError, match=rf'pip install "osm2roadnet\[{extra}\]"'):
+    with pytest.raises(ImportError, match=rf'needs {module}: pip install "osm2roadnet\[{extra}\]"'):
         convert(town)
+
+
+def test_what_is_broken_is_not_called_missing(town, tmp_path, monkeypatch):
+    (tmp_path / "igraph.py").write_text("import numpy.nothing")
+    monkeypatch.syspath_prepend(tmp_path)
+    monkeypatch.delitem(sys.modules, "igraph", raising=False)
+    with pytest.raises(ImportError, match=r"^No module named 'numpy\.nothing'$"):
+        town.to_igraph()
 
 
 @pytest.mark.parametrize("content", ["", "<node id='1' lat='1' lon='2'/>"])

@@ -2,6 +2,7 @@
 
 import bz2
 import gc
+import gzip
 import io
 import os
 import pathlib
@@ -76,6 +77,27 @@ def test_refused_files_say_where_and_why(source, place, reason):
     assert str(error) == ": ".join(part for part in parts if part)
 
 
+def test_files_that_are_open(tmp_path, town):
+    content = pathlib.Path(EXAMPLE).read_bytes()
+    path = tmp_path / "town.osm"
+    path.write_bytes(content[:-30])
+    packed = tmp_path / "town.gz"
+    packed.write_bytes(gzip.compress(content[:-30]))
+    for name, file in ((path, open(os.fsencode(path), "rb")), (packed, gzip.open(packed))):
+        with pytest.raises(rn.ReadError) as caught:
+            rn.read(file)
+        assert caught.value.filename == str(name)
+        assert file.tell() == len(content) - 30
+    path.write_bytes(b"skipped" + content)
+    file, calls = opened(path, 7), []
+    assert rn.read(file, progress=lambda *call: calls.append(call)) == town
+    assert file.tell() == len(content) + 7
+    assert {total for stage, _, total in calls if stage == calls[0][0]} == {len(content)}
+    with tempfile.NamedTemporaryFile() as named:
+        named.write(content), named.seek(0)
+        assert rn.read(named) == town and named.tell() == len(content)
+
+
 def test_whatever_the_program_refuses_raises(request):
     folder = DATA / "malformed"
     if not folder.exists():
@@ -101,7 +123,10 @@ def test_whatever_the_program_refuses_raises(request):
         (ValueError, {"tags": ["highway"]}),
         (ValueError, {"tags": ["lit", " lit"]}),
         (ValueError, {"threads": -1}),
+        (ValueError, {"threads": 10**30}),
+        (ValueError, {"source": "a\0b"}),
         (TypeError, {"join": 1}),
+        (TypeError, {"oneway": None}),
         (TypeError, {"tags": [1]}),
         (TypeError, {"tags": 1}),
         (TypeError, {"threads": "all"}),
@@ -112,8 +137,11 @@ def test_whatever_the_program_refuses_raises(request):
     ],
 )
 def test_wrong_arguments(error, arguments):
-    with pytest.raises(error):
+    with pytest.raises(error) as caught:
         rn.read(**{"source": EXAMPLE, **arguments})
+    assert "\n" not in str(caught.value)
+    name = next(iter(arguments))
+    assert name in str(caught.value) or name == "source"
 
 
 def test_progress(source, capsys):
@@ -125,7 +153,7 @@ def test_progress(source, capsys):
         done = [done for of, done, _ in calls if of == stage]
         assert done == sorted(done)
     assert rn.read(source, progress=True) == net
-    assert capsys.readouterr().out == ""
+    assert capsys.readouterr() == ("", "")  # there is no terminal
 
     for at in (0, len(calls) // 2):
 
@@ -187,6 +215,26 @@ assert sorted(late)[len(late) // 2] < 0.1 and max(late) < whole / 4, late
 assert len(rn.read({EXAMPLE!r})) > 100
 """
     subprocess.run([sys.executable, "-c", script], check=True)
+
+
+@pytest.mark.parametrize("progress", ["None", "lambda *call: None"])
+def test_the_process_ends_while_a_daemon_reads(large, progress):
+    script = f"""
+import threading, time
+import osm2roadnet as rn
+
+def read():
+    while True:
+        rn.read({EXAMPLE!r}, progress={progress})
+
+for _ in range(2):
+    threading.Thread(target=read, daemon=True).start()
+threading.Thread(target=rn.read, args=[{large!r}], daemon=True).start()
+time.sleep(0.3)
+"""
+    for _ in range(3):
+        ended = subprocess.run([sys.executable, "-c", script], capture_output=True, timeout=60)
+        assert (ended.returncode, ended.stderr) == (0, b"")
 
 
 def test_reads_in_threads_run_side_by_side(source, large):

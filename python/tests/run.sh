@@ -13,7 +13,7 @@ export PATH="$PWD/$environment/bin:$PATH"  # some tools of the build are program
 # All that the installed package is made of.
 sources() {
   find pyproject.toml CMakeLists.txt cmake python support model osm tags importer ways graph \
-    parts segments turns report export threads -type f \
+    parts segments turns report export threads third_party -type f \
     -not -path 'python/tests/*' -not -name '*.pyc' -print0 | LC_ALL=C sort -z | xargs -0 sha256sum
 }
 
