@@ -24,9 +24,9 @@ const odd = `<osm version="0.6">
 <node id="5" lat="-0.0" lon="-179.9985"/>
 <way id="9223372036854775807"><nd ref="-7"/><nd ref="9007199254740993"/><tag k="highway" v="primary"/>
 <tag k="name" v="&lt;/script>&lt;script>document.title='run'&lt;/script>"/><tag k="layer" v="1e308"/></way>
-<way id="2"><nd ref="9007199254740993"/><nd ref="4"/><tag k="highway" v="service"/>
+<way id="2"><nd ref="9007199254740993"/><nd ref="4"/><tag k="highway" v="service"/><tag k="layer" v="2e8"/>
 <tag k="name" v="شارع &quot;الميناء&quot; 東京 &amp; '\`"/></way>
-<way id="3"><nd ref="-7"/><nd ref="3"/><tag k="highway" v="x"/><tag k="layer" v="2e8"/></way>
+<way id="3"><nd ref="-7"/><nd ref="3"/><tag k="highway" v="x"/></way>
 <way id="4"><nd ref="4"/><nd ref="5"/><tag k="highway" v="residential"/><tag k="oneway" v="-1"/>
 <tag k="name" v="\u0130stiklal\u0308 Cad."/></way></osm>`;
 
@@ -330,7 +330,7 @@ test("no roads; and no WebGL, where search and report still work", async (t) => 
   const bare = await chromium.launch({ executablePath: "/usr/bin/chromium",
     args: ["--no-sandbox", "--disable-gpu", "--disable-3d-apis"] });
   t.after(() => bare.close());
-  const view = await bare.newPage();
+  const view = await bare.newPage({ viewport: { width: 1000, height: 700 } });
   await view.goto(pathToFileURL(pageOf("example", example)).href);
   await view.waitForSelector("#message:has-text('WebGL')");
   await view.fill("#search", "hafenstrasse");
