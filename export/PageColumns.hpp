@@ -54,7 +54,8 @@ class PageDecimals {
   PageIntegers const& exceptionBits() const noexcept { return exceptionBits_; }
 
  private:
-  // Below 1e8 a page's script, whose numbers are doubles, has both a difference and its sign exactly.
+  // Below 1e8 a page's script, whose numbers are doubles, has both a difference and its sign
+  // exactly.
   static std::int64_t nearest(double value) noexcept {
     return std::abs(value) < 1e8 ? std::llround(value * scale) : 0;
   }

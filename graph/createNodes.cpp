@@ -20,8 +20,8 @@ namespace {
 
 // In one call, as a network's own class may expect it.
 void addNodes(RoadNetworkImporter& importer, std::vector<ModelId> const& ids,
-              std::vector<std::u16string> const& names, std::vector<double> const& positions) {
-  support::Steps steps(importer.progress(), support::Stage::makingNodes, ids.size());
+              std::vector<std::u16string> const& names, std::vector<double> const& positions,
+              support::Steps& steps) {
   struct Watch {
     Watch(RoadNetwork const& network, std::function<void()> watcher) : network_(network) {
       network_->setNodeWatcher(std::move(watcher));
@@ -33,7 +33,6 @@ void addNodes(RoadNetworkImporter& importer, std::vector<ModelId> const& ids,
   };
   Watch const watch(importer.roadNetwork, [&] { steps.step(); });
   importer.roadNetwork->addNodes(ids, names, positions);
-  steps.finish();
 }
 
 }  // namespace
@@ -58,7 +57,8 @@ std::vector<NodeUse> countNodeUses(RoadNetworkImporter const& importer) {
 void createJunctionNodes(RoadNetworkImporter& importer) {
   auto const& nodes = importer.reader.wayNodes;
   auto const& junctions = importer.junctionNodeIds;
-  support::Steps steps(importer.progress(), support::Stage::findingJunctions, nodes.size());
+  support::Steps steps(importer.progress(), support::Stage::makingNodes,
+                       nodes.size() + junctions.size());
 
   std::vector<ModelId> ids;
   std::vector<std::u16string> names;
@@ -73,7 +73,8 @@ void createJunctionNodes(RoadNetworkImporter& importer) {
     names.push_back(support::decimal(id));
     positions.insert(positions.end(), {nodes[number].latitude, nodes[number].longitude, 0.0});
   });
-  addNodes(importer, ids, names, positions);
+  addNodes(importer, ids, names, positions, steps);
+  steps.finish();
 }
 
 void createNodes(RoadNetworkImporter& importer) {
