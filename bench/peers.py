@@ -2,10 +2,10 @@
 
 Each tool reads the file into GeoDataFrames, or into a MultiDiGraph, in a process of its own, by turns;
 printed are the medians of the seconds that it takes, without imports, by the clock and of all
-processors, and of the peak memory of the process, and how many rows or edges it made. Each knows roads of its own kind, so that their numbers differ. OSMnx
-reads XML alone: the same data, converted by osmium (not measured). With --program, the
-package's bare reading is held against the command line's (whole processes, both). Where each Python
-is that has the tools is said by --ours and --peers:
+processors, and of the peak memory of the process, and how many rows or edges it made. Each knows roads
+of its own kind, so that their numbers differ. OSMnx reads XML alone: the same data, converted by osmium
+(not measured). With --program, the package's bare reading is held against the command line's (whole
+processes, both). Where each Python is that has the tools is said by --ours and --peers:
 
     python3 -m venv /tmp/venv-peers
     /tmp/venv-peers/bin/pip install pyrosm osmnx osm2gmns quackosm osmium pyogrio
