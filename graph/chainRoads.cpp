@@ -343,7 +343,7 @@ class ChainPlan {
 
 }  // namespace
 
-std::vector<MovedEnd> chainRoads(RoadNetworkImporter& importer) {
+void chainRoads(RoadNetworkImporter& importer, std::vector<MovedEnd>* moved) {
   // Fixed before any join: a Node that would qualify only after one stays.
   std::vector<Node> candidates = collectCandidates(importer);
   ChainPlan plan(importer, candidates.size());
@@ -355,7 +355,6 @@ std::vector<MovedEnd> chainRoads(RoadNetworkImporter& importer) {
   candidates.clear();
   Steps joining(importer.progress(), Stage::joiningRoads, plan.steps());
   plan.prepare(joining);
-  std::vector<MovedEnd> moved = plan.movedEnds();
+  if (moved != nullptr) *moved = plan.movedEnds();
   plan.carryOut(joining);
-  return moved;
 }

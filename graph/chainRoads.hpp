@@ -21,6 +21,6 @@ struct MovedEnd {
 /// leaves such a Node and returns to it stays. `roadWayIds` then lists all ways of a joined road.
 ///
 /// The joined road keeps the direction of travel and the name of the smaller id, the name followed
-/// by "-" and the other's unless it contains that already. Returns the ends that have moved, in the
-/// order in which they did: by ascending model id of the Node that went.
-std::vector<MovedEnd> chainRoads(RoadNetworkImporter& importer);
+/// by "-" and the other's unless it contains that already. `moved`, if anybody asks, gets the ends
+/// that have moved, in the order in which they did: by ascending model id of the Node that went.
+void chainRoads(RoadNetworkImporter& importer, std::vector<MovedEnd>* moved = nullptr);
