@@ -3,7 +3,6 @@
 //   stages_benchmark FILE... [--benchmark_... options]
 #include <benchmark/benchmark.h>
 
-#include <boost/uuid/uuid.hpp>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -15,7 +14,7 @@
 #include "graph/chainRoads.hpp"
 #include "graph/createNodes.hpp"
 #include "graph/createRoads.hpp"
-#include "importer/RoadNetworkImporter.hpp"
+#include "importer/OwnImport.hpp"
 #include "importer/setGeographicReference.hpp"
 #include "segments/assignSegmentElevations.hpp"
 #include "segments/createRoadSegments.hpp"
@@ -25,51 +24,43 @@
 
 namespace {
 
-/// An import that goes stage by stage.
-struct Import {
-  kb::zero::Model model = kb::zero::Model::create();
-  velora::roadnetwork::RoadNetwork network =
-      velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
-  RoadNetworkImporter importer{model, network};
-};
-
 // Each round is a whole import, so the library must not choose by the time of a short stage.
 constexpr int rounds = 5;
 
 struct Stage {
   char const* name;
-  void (*run)(std::optional<Import>&, std::u16string const& file);
+  void (*run)(std::optional<OwnImport>&, std::u16string const& file);
 };
 
 constexpr Stage stages[] = {
     {"read",
-     [](std::optional<Import>& import, std::u16string const& file) {
+     [](std::optional<OwnImport>& import, std::u16string const& file) {
        import->importer.reader.setFile(file);
        import->importer.reader.populate(import->importer.reader.ways);
      }},
     {"selectHighwayWays",
-     [](std::optional<Import>& import, std::u16string const&) {
+     [](std::optional<OwnImport>& import, std::u16string const&) {
        import->importer.selectedWays = selectHighwayWays(import->importer.reader);
      }},
-    {"collectWayAttributes", [](std::optional<Import>& import,
+    {"collectWayAttributes", [](std::optional<OwnImport>& import,
                                 std::u16string const&) { collectWayAttributes(import->importer); }},
-    {"createNodes",
-     [](std::optional<Import>& import, std::u16string const&) { createNodes(import->importer); }},
-    {"createRoads",
-     [](std::optional<Import>& import, std::u16string const&) { createRoads(import->importer); }},
+    {"createNodes", [](std::optional<OwnImport>& import,
+                       std::u16string const&) { createNodes(import->importer); }},
+    {"createRoads", [](std::optional<OwnImport>& import,
+                       std::u16string const&) { createRoads(import->importer); }},
     {"chainRoads",
-     [](std::optional<Import>& import, std::u16string const&) { chainRoads(import->importer); }},
-    {"createRoadSegments", [](std::optional<Import>& import,
+     [](std::optional<OwnImport>& import, std::u16string const&) { chainRoads(import->importer); }},
+    {"createRoadSegments", [](std::optional<OwnImport>& import,
                               std::u16string const&) { createRoadSegments(import->importer); }},
     {"assignSegmentElevations",
-     [](std::optional<Import>& import, std::u16string const&) {
+     [](std::optional<OwnImport>& import, std::u16string const&) {
        assignSegmentElevations(import->importer);
      }},
     {"setGeographicReference",
-     [](std::optional<Import>& import, std::u16string const&) {
+     [](std::optional<OwnImport>& import, std::u16string const&) {
        setGeographicReference(import->importer);
      }},
-    {"release", [](std::optional<Import>& import, std::u16string const&) { import.reset(); }},
+    {"release", [](std::optional<OwnImport>& import, std::u16string const&) { import.reset(); }},
 };
 
 // Runs the whole import, but takes the time of one stage alone; of all of them when `timed` is
@@ -77,7 +68,7 @@ constexpr Stage stages[] = {
 void runStage(benchmark::State& state, std::string const& path, Stage const* timed) {
   std::u16string const file = support::to_ustring(path);
   for ([[maybe_unused]] auto _ : state) {
-    std::optional<Import> import(std::in_place);
+    std::optional<OwnImport> import(std::in_place);
     std::chrono::duration<double> total{};
     for (Stage const& stage : stages) {
       auto const start = std::chrono::steady_clock::now();
@@ -92,12 +83,12 @@ void runStage(benchmark::State& state, std::string const& path, Stage const* tim
 // what the result costs without finding out what it is.
 void runModelAlone(benchmark::State& state, std::string const& path) {
   using namespace velora::roadnetwork;
-  Import import;
+  OwnImport import;
   import.importer.run(path);
   for ([[maybe_unused]] auto _ : state) {
     auto const start = std::chrono::steady_clock::now();
     {
-      Import copy;
+      OwnImport copy;
       std::vector<unsigned long> ids;
       std::vector<std::u16string> names;
       std::vector<double> positions;

@@ -2,7 +2,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <boost/uuid/uuid.hpp>
 #include <charconv>
 #include <exception>
 #include <iostream>
@@ -22,7 +21,7 @@
 #include "export/ReportExport.hpp"
 #include "export/Temporary.hpp"
 #include "export/endingSignals.hpp"
-#include "importer/RoadNetworkImporter.hpp"
+#include "importer/OwnImport.hpp"
 #include "report/ImportReport.hpp"
 #include "support/printable.hpp"
 #include "support/ustring.hpp"
@@ -30,19 +29,10 @@
 
 namespace {
 
-struct Import {
-  explicit Import(ImportOptions const& options) : importer(model, network, options) {}
-
-  kb::zero::Model model = kb::zero::Model::create();
-  velora::roadnetwork::RoadNetwork network =
-      velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
-  RoadNetworkImporter importer;
-};
-
 // Never released: the process ends soon after, and the system takes its memory back at once. To
 // take a network apart, element by element, would be a tenth of the whole time.
 RoadNetworkImporter& makeImporter(ImportOptions const& options) {
-  static Import* const import = new Import(options);
+  static OwnImport* const import = new OwnImport(options);
   return import->importer;
 }
 

@@ -14,7 +14,7 @@ using OpenStreetMap::Id;
 
 PartImport::PartImport(ImportOptions options, std::span<WayBatch const> batches,
                        RelationBatch const* relations)
-    : batches_(batches), importer(model_, network_, std::move(options)) {
+    : import_(std::move(options)), batches_(batches) {
   importer.reader.setElements([batches, relations](ElementSink& sink) {
     for (WayBatch const& batch : batches) batch.tellTo(sink);
     if (relations != nullptr) relations->tellTo(sink);
@@ -28,7 +28,8 @@ std::vector<MovedEnd> PartImport::makeRoads() {
   findPlaces();
   createJunctionNodes(importer);
   createRoads(importer);
-  auto moved = chainRoads(importer);
+  std::vector<MovedEnd> moved;
+  chainRoads(importer, &moved);
   createRoadSegments(importer);
   return moved;
 }

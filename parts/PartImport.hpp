@@ -1,13 +1,12 @@
 // The engine's import of a part of a network.
 #pragma once
 
-#include <boost/uuid/uuid.hpp>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 #include "graph/chainRoads.hpp"
-#include "importer/RoadNetworkImporter.hpp"
+#include "importer/OwnImport.hpp"
 #include "parts/RelationBatch.hpp"
 #include "parts/WayBatch.hpp"
 
@@ -30,14 +29,12 @@ class PartImport {
   void findPieces();
   void findPlaces();
 
-  kb::zero::Model model_ = kb::zero::Model::create();
-  velora::roadnetwork::RoadNetwork network_ =
-      velora::roadnetwork::RoadNetwork::create(model_, boost::uuids::uuid{});
+  OwnImport import_;
   std::span<WayBatch const> batches_;
   std::vector<std::int64_t> ids_;
 
  public:
-  RoadNetworkImporter importer;
+  RoadNetworkImporter& importer = import_.importer;
 };
 
 /// In how many pieces a way of a batch is cut, whose nodes' places are known.

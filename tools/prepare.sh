@@ -1,13 +1,12 @@
 # Sourced by ./run, ./test and .ci/run from the root of the repository.
 
-# install_packages FILE ...: installs those of the packages listed in the files that are missing.
+# install_packages FILE ...: installs those of the packages listed in the files that are missing, under
+# their own name and as what another package provides (Node.js from elsewhere often brings npm).
 install_packages() {
-  local wanted missing=() sudo=()
-  mapfile -t wanted < <(grep -hv '^#' "$@")
-  for package in "${wanted[@]}"; do
-    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q '^install ok' ||
-      missing+=("$package")
-  done
+  local missing sudo=()
+  mapfile -t missing < <(comm -23 <(grep -hv '^#' "$@" | sort -u) <(
+    dpkg-query -W -f '${db:Status-Status} ${Package} ${Provides}\n' |
+      sed -n 's/^installed //p' | tr ', ' '\n\n' | sort -u))
   [ ${#missing[@]} -gt 0 ] || return 0
   echo "Installing ${missing[*]}"
   [ "$(id -u)" = 0 ] || sudo=(sudo)

@@ -3,7 +3,6 @@
 
 #include <nanobind/nanobind.h>
 
-#include <boost/uuid/uuid.hpp>
 #include <memory>
 #include <mutex>
 #include <span>
@@ -12,7 +11,7 @@
 #include <variant>
 
 #include "export/NetworkColumns.hpp"
-#include "importer/RoadNetworkImporter.hpp"
+#include "importer/OwnImport.hpp"
 #include "python/core/Watch.hpp"
 
 /// What to read: a path, what is open already under a name, or the bytes of a file.
@@ -48,13 +47,9 @@ class Import {
   void write(std::string const& path, std::string const& format, bool overwrite);
 
  private:
-  struct Engine {
-    explicit Engine(ImportOptions const& options) : importer(model, network, options) {}
+  struct Engine : OwnImport {
+    using OwnImport::OwnImport;
 
-    kb::zero::Model model = kb::zero::Model::create();
-    velora::roadnetwork::RoadNetwork network =
-        velora::roadnetwork::RoadNetwork::create(model, boost::uuids::uuid{});
-    RoadNetworkImporter importer;
     // A model is for one thread at a time. Recursive for what a progress callable may do.
     std::recursive_timed_mutex mutex;
     Watch* watch = nullptr;  // of the one who works now
