@@ -15,7 +15,6 @@
 #include "tests/fixture/packed.hpp"
 
 using support::Stage;
-using velora::roadnetwork::Node;
 using velora::roadnetwork::Road;
 
 namespace {
