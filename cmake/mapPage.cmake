@@ -1,8 +1,8 @@
 # The map page in road_export: what every page has stands in the library as it is. The script is all
 # modules of export/html one after the other, in this order.
 set(page_modules
-    bytes geometry Network components findingKinds search theme mapImages mapStyle tiles MapView elements
-    elevationProfile describe panels SearchBox Page main)
+    bytes geometry Network components findingKinds search theme mapImages mapStyle camera
+    firstPicture vectorTile tiles MapView elements elevationProfile describe panels SearchBox Page main)
 list(TRANSFORM page_modules PREPEND ${PROJECT_SOURCE_DIR}/export/html/)
 list(TRANSFORM page_modules APPEND .js)
 

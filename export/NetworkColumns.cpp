@@ -84,8 +84,6 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
     roads.id.push_back(static_cast<std::int64_t>(parts.id));
     roads.startNode.push_back(parts.startNode);
     roads.endNode.push_back(parts.endNode);
-    roads.start.push_back(rows.at(parts.startNode));
-    roads.end.push_back(rows.at(parts.endNode));
     roads.direction.push_back(static_cast<std::uint8_t>(parts.direction));
     roads.reversed.push_back(reversedNumber(parts.pieces));
     roads.weight.push_back(road->getWeight());
@@ -106,6 +104,9 @@ NetworkColumns networkColumns(RoadNetworkImporter const& importer) {
     }
   });
   for (TagColumn& tag : tags) roads.texts.emplace_back(tag.name, tag.texts.take());
+  // Apart from the rest, for the processor to look up many at a time.
+  for (auto const id : roads.startNode) roads.start.push_back(rows.at(id));
+  for (auto const id : roads.endNode) roads.end.push_back(rows.at(id));
   return columns;
 }
 

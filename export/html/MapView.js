@@ -3,7 +3,6 @@
 /** @typedef {{kind: "road" | "node" | "finding", index: number}} Thing */
 
 const longestFlight = 1200;  // milliseconds
-const closest = 18;  // the zoom of a flight
 const closestToPoint = 16.75;  // for what is around it to be seen
 
 /** @param {any[]} features @returns {GeoJSON.FeatureCollection} */
@@ -33,30 +32,33 @@ function findingFeatures(findings) {
 }
 
 class MapView {
-  /** @param {HTMLElement} container */
-  constructor(container) {
+  /**
+   * Throws where there is no WebGL.
+   * @param {HTMLElement} container
+   * @param {Network} network
+   * @param {TileMaker} tiles
+   * @param {Camera} camera
+   */
+  constructor(container, network, tiles, { center, zoom }) {
+    this.network = network;
+    this.tiles = tiles;
     /** @type {Colouring} */
     this.colouring = "class";
-    /** @type {number[]} */
-    this.levels = [];
-    /** @type {Network | null} */
-    this.network = null;
     this.showsFindings = false;
     /** @type {(thing: Thing | null, place: Place) => void} */
     this.onChoose = () => {};
-    const empty = { type: /** @type {const} */ ("geojson"), data: collection([]) };
-    this.isPlaced = address.read().has("map");  // which the map adds to the address, too
-    this.map = new maplibregl.Map({
-      container, hash: "map", attributionControl: false, maxZoom: 22, maxPitch: 60,
-      style: { version: 8, sources: { findings: empty, selection: { ...empty, tolerance: 0.1 } },
-               layers: [], transition: { duration: 0, delay: 0 } },
-      fadeDuration: 0, clickTolerance: 5, trackResize: true,
+    maplibregl.addProtocol("network", async ({ url }) => {
+      const [z, x, y] = url.split("/").slice(-3).map(Number);
+      return { data: tiles.tile(z, x, y) };
     });
-    this.isReady = this.map.once("style.load");
+    this.map = new maplibregl.Map({
+      container, center, zoom, hash: "map", attributionControl: false, maxZoom: 22, maxPitch: 60,
+      style: this.style(), validateStyle: false, fadeDuration: 0, clickTolerance: 5,
+    });
     this.map.addControl(new maplibregl.ScaleControl({ maxWidth: 110 }), "bottom-right");
     this.map.addControl(new maplibregl.NavigationControl({ visualizePitch: true }),
                         "bottom-right");
-    this.map.on("styleimagemissing", ({ id }) => this.addNameImage(id));
+    this.map.on("styleimagemissing", ({ id }) => this.addImage(id));
     this.map.on("click", ({ point, lngLat }) =>
       this.onChoose(this.thingAt(point), [lngLat.lng, lngLat.lat]));
     if (matchMedia("(hover: hover)").matches) {
@@ -67,29 +69,20 @@ class MapView {
     }
   }
 
-  /**
-   * @param {Network} network
-   * @param {Int32Array} components
-   * @param {string[]} numbers
-   */
-  async show(network, components, numbers) {
-    this.network = network;
-    const box = boxAround(network.points);
-    if (box && !this.isPlaced) {
-      this.map.fitBounds(box, { padding: this.padding(), maxZoom: closest, animate: false });
-    }
-    const tiles = new TileMaker(network, components, numbers);
-    this.levels = tiles.levels;
-    maplibregl.addProtocol("network", async ({ url }) => {
-      const [z, x, y] = url.split("/").slice(-3).map(Number);
-      return { data: tiles.tile(z, x, y) };
-    });
-    await this.isReady;
-    this.addImages();
-    this.map.addSource("network", { type: "vector", tiles: ["network://{z}/{x}/{y}"],
-                                    maxzoom: finestTile });
-    const layers = mapLayers(currentTheme(), this.colouring, this.levels);
-    for (const layer of layers) this.map.addLayer(layer);
+  /** @returns {maplibregl.StyleSpecification} */
+  style() {
+    const empty = { type: /** @type {const} */ ("geojson"), data: collection([]) };
+    return {
+      version: 8, transition: { duration: 0, delay: 0 },
+      sources: {
+        network: { type: "vector", tiles: ["network://{z}/{x}/{y}"], maxzoom: finestTile },
+        findings: empty, selection: { ...empty, tolerance: 0.1 },
+      },
+      layers: this.layers(),
+    };
+  }
+  layers() {
+    return mapLayers(currentTheme(), this.colouring, this.tiles.levels);
   }
 
   /** @param {Findings} findings */
@@ -102,29 +95,25 @@ class MapView {
     return /** @type {maplibregl.GeoJSONSource} */ (this.map.getSource(id));
   }
 
-  addImages() {
-    const theme = currentTheme();
-    for (const [id, image, options] of /** @type {[string, ImageData, object][]} */ ([
-      ["arrow", arrowImage(theme), { pixelRatio: imageScale }],
-      ["shield", shieldImage(theme), shieldOptions]])) {
-      if (this.map.hasImage(id)) this.map.updateImage(id, image);
-      else this.map.addImage(id, image, options);
-    }
-  }
-
-  /** @param {string} id a theme, ":" and a name */
-  addNameImage(id) {
+  /** @param {string} id what a picture shows; of a name, a theme, ":" and the name */
+  addImage(id) {
     const colon = id.indexOf(":");
-    if (colon < 0) return;
-    const theme = id.slice(0, colon) === "dark" ? themes.dark : themes.light;
-    this.map.addImage(id, nameImage(id.slice(colon + 1), theme), { pixelRatio: imageScale });
+    if (id === "arrow") {
+      this.map.addImage(id, arrowImage(currentTheme()), { pixelRatio: imageScale });
+    } else if (id === "shield") {
+      this.map.addImage(id, shieldImage(currentTheme()), shieldOptions);
+    } else if (colon >= 0) {
+      const theme = id.slice(0, colon) === "dark" ? themes.dark : themes.light;
+      this.map.addImage(id, nameImage(id.slice(colon + 1), theme), { pixelRatio: imageScale });
+    }
   }
 
   /** Draws all layers as the theme, the colouring and the list of findings ask for. */
   restyle() {
-    if (!this.network) return;
-    this.addImages();
-    for (const layer of mapLayers(currentTheme(), this.colouring, this.levels)) {
+    for (const [id, image] of Object.entries({ arrow: arrowImage, shield: shieldImage })) {
+      if (this.map.hasImage(id)) this.map.updateImage(id, image(currentTheme()));
+    }
+    for (const layer of this.layers()) {
       for (const [name, value] of Object.entries(layer.paint ?? {})) {
         this.map.setPaintProperty(layer.id, name, value);
       }
@@ -158,10 +147,10 @@ class MapView {
    * @param {number[]} roads
    */
   select(lines, roads = []) {
-    this.source("selection")?.setData(collection(lines.map((line, i) => {
+    this.source("selection").setData(collection(lines.map((line, i) => {
       if (line.length === 1) return pointFeature(line[0], {});
-      const kind = roads.length > i ? this.network?.highwayOf(roads[i]) : undefined;
-      return lineFeature(line, roadClass(kind ?? "other"));
+      const highway = roads.length > i ? this.network.highwayOf(roads[i]) : "other";
+      return lineFeature(line, lookOfClass(roadClass(highway)));
     })));
   }
 
@@ -171,7 +160,7 @@ class MapView {
     if (!box) return;
     const [west, south, east, north] = box;
     const maxZoom = west === east && south === north ? closestToPoint : closest;
-    const camera = this.map.cameraForBounds(box, { padding: this.padding(), maxZoom });
+    const camera = this.map.cameraForBounds(box, { padding: mapPadding(), maxZoom });
     if (camera) this.map.flyTo({ ...camera, maxDuration: longestFlight, curve: 1.2 });
     // In a window with no room beside the panel.
     else this.map.jumpTo({ center: [(west + east) / 2, (south + north) / 2] });
@@ -180,27 +169,11 @@ class MapView {
   /** Moves the map if something lies over the place. @param {Place} place */
   reveal(place) {
     const { x, y } = this.map.project(place);
-    const { top, bottom, left, right } = this.padding();
+    const { top, bottom, left, right } = mapPadding();
     const isHidden = narrowWindow.matches ? y > innerHeight - bottom : x < left;
     if (!isHidden) return;
     this.map.easeTo({ center: place, offset: [(left - right) / 2, (top - bottom) / 2],
                       duration: 400 });
-  }
-
-  /** What lies over the map. */
-  padding() {
-    const margin = 48;
-    const panel = document.getElementById("panel")?.getBoundingClientRect();
-    const bar = document.getElementById("bar")?.getBoundingClientRect();
-    const padding = { top: margin, bottom: margin, left: margin, right: margin };
-    if (narrowWindow.matches) {
-      padding.top += bar?.height ?? 0;
-      padding.left = padding.right = 24;
-      if (panel?.height) padding.bottom = Math.min(innerHeight - panel.top, innerHeight / 2) + 24;
-    } else if (panel?.width) {
-      padding.left += panel.right;
-    }
-    return padding;
   }
 
   /**
@@ -209,33 +182,49 @@ class MapView {
    * @returns {Thing | null}
    */
   thingAt(point) {
-    if (!this.network) return null;
     const reach = coarsePointer.matches ? 14 : 7;
-    const layers = ["nodes", ...this.levels.map((level) => `roads ${level}`),
-                    ...(this.showsFindings ? ["finding points", "finding lines"] : [])];
-    const found = this.map.queryRenderedFeatures(
-      [[point.x - reach, point.y - reach], [point.x + reach, point.y + reach]],
-      { layers: layers.filter((layer) => this.map.getLayer(layer)) });
+    const zoom = this.map.getZoom();
     /** @type {Thing | null} */
     let best = null;
     let nearest = Infinity;
-    for (const { layer, id, properties } of found) {
-      /** @type {[Thing, number]} */
-      let [thing, away] = [{ kind: "road", index: Number(id) }, 0];
-      if (layer.id === "nodes") {
-        thing = { kind: "node", index: Number(id) };
-        away = this.pixelsTo(point, [this.network.placeOf(thing.index)]) - reach;
-      } else if (layer.source === "findings") {
-        thing = { kind: "finding", index: properties.finding };
-        away = -2 * reach;
-      } else {
-        away = this.pixelsTo(point, this.network.lineOf(thing.index));
-      }
-      if (away >= nearest) continue;
+    /** @param {Thing} thing @param {number} away */
+    const take = (thing, away) => {
+      if (away >= nearest) return;
       nearest = away;
       best = thing;
+    };
+    const findings = !this.showsFindings ? [] : this.map.queryRenderedFeatures(
+      [[point.x - reach, point.y - reach], [point.x + reach, point.y + reach]],
+      { layers: ["finding points", "finding lines"] });
+    for (const { properties } of findings) take({ kind: "finding", index: properties.finding }, -2 * reach);
+    if (zoom >= nodesVisibleFrom) {
+      for (const [index] of this.tiles.nodesIn(this.boxAt(point, reach))) {
+        const away = this.pixelsTo(point, [this.network.placeOf(index)]);
+        if (away <= reach) take({ kind: "node", index }, away - reach);
+      }
+    }
+    const widest = Math.max(reach, widthAt(roadClass("motorway"), zoom) / 2);
+    for (const [{ road }] of this.tiles.stretchesIn(this.boxAt(point, widest), Math.floor(zoom))) {
+      const away = this.pixelsTo(point, this.network.lineOf(road));
+      const width = widthAt(roadClass(this.network.highwayOf(road)), zoom);
+      if (away <= Math.max(reach, width / 2)) take({ kind: "road", index: road }, away);
     }
     return best;
+  }
+
+  /**
+   * The box on the map around so many pixels of the screen.
+   * @param {maplibregl.Point} point
+   * @param {number} reach
+   * @returns {MercatorBox}
+   */
+  boxAt({ x, y }, reach) {
+    const corners = [[-reach, -reach], [reach, -reach], [-reach, reach], [reach, reach]].map(
+      ([dx, dy]) => this.map.unproject([x + dx, y + dy]));
+    const around = 360 * Math.round(corners[0].lng / 360);
+    const xs = corners.map(({ lng }) => mercatorX(lng - around));
+    const ys = corners.map(({ lat }) => mercatorY(lat));
+    return [Math.min(...xs), Math.min(...ys), Math.max(...xs), Math.max(...ys)];
   }
 
   /** @param {maplibregl.Point} point @param {Place[]} line */

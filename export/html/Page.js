@@ -19,12 +19,16 @@ const address = {
 };
 
 class Page {
-  /** @param {Network} network @param {MapView | null} view */
-  constructor(network, view) {
+  /**
+   * @param {Network} network
+   * @param {ReturnType<typeof findComponents>} components
+   * @param {MapView | null} view
+   */
+  constructor(network, components, view) {
     this.network = network;
     this.view = view;
     this.panel = new Panel();
-    this.components = findComponents(network);
+    this.components = components;
     /** @type {Colouring} */
     this.colouring = "class";
     this.severities = new Set(network.about.severities.keys());
@@ -34,7 +38,8 @@ class Page {
     this.selected = undefined;
   }
 
-  start() {
+  /** @param {boolean} flies whether to go to what the address names */
+  start(flies) {
     const { panel, view } = this;
     if (view) {
       view.onChoose = async (thing, place) => {
@@ -57,7 +62,7 @@ class Page {
       if (key === "Escape") panel.close();
     });
     addEventListener("hashchange", () => this.openAddress(!address.read().has("map")));
-    this.openAddress(!view?.isPlaced);
+    this.openAddress(flies);
   }
 
   /**

@@ -61,6 +61,44 @@ function boxAround(points) {
   return box;
 }
 
+/** @typedef {[west: number, north: number, east: number, south: number]} MercatorBox */
+
+/** On the square map of the world, from 0 to 1. @param {number} longitude */
+function mercatorX(longitude) {
+  return longitude / 360 + 0.5;
+}
+/** The same from the north. @param {number} latitude */
+function mercatorY(latitude) {
+  const most = 85.051129;
+  const y = Math.max(-most, Math.min(latitude, most)) * radians;
+  return 0.5 - Math.log(Math.tan(Math.PI / 4 + y / 2)) / (2 * Math.PI);
+}
+/** @param {number} x */
+function degreesOfX(x) {
+  return 360 * (x - 0.5);
+}
+/** @param {number} y */
+function degreesOfY(y) {
+  return (2 * Math.atan(Math.exp((0.5 - y) * 2 * Math.PI)) - Math.PI / 2) / radians;
+}
+/** @param {Float64Array} points longitude and latitude in turns */
+function mercatorPoints(points) {
+  return points.map((degrees, i) => (i % 2 === 0 ? mercatorX(degrees) : mercatorY(degrees)));
+}
+
+/** @param {Float64Array} points x and y in turns @returns {MercatorBox} */
+function mercatorBox(points) {
+  /** @type {MercatorBox} */
+  const box = [Infinity, Infinity, -Infinity, -Infinity];
+  for (let i = 0; i < points.length; i += 2) {
+    box[0] = Math.min(box[0], points[i]);
+    box[1] = Math.min(box[1], points[i + 1]);
+    box[2] = Math.max(box[2], points[i]);
+    box[3] = Math.max(box[3], points[i + 1]);
+  }
+  return box;
+}
+
 /**
  * How far a point of the screen is from a line on it, in pixels.
  * @param {{x: number, y: number}} point

@@ -18,13 +18,29 @@ async function addLibrary() {
   }
 }
 
-function hasWebGl() {
-  const canvas = document.createElement("canvas");
-  const context = /** @type {WebGLRenderingContext | WebGL2RenderingContext | null} */ (
-    canvas.getContext("webgl2") ?? canvas.getContext("webgl"));
-  // Browsers allow few at a time, and the map needs one of its own.
-  context?.getExtension("WEBGL_lose_context")?.loseContext();
-  return context !== null;
+/**
+ * No map where the browser has no WebGL.
+ * @param {Network} network
+ * @param {TileMaker} tiles
+ * @param {Camera} camera
+ */
+function openMap(network, tiles, camera) {
+  const container = blockElement("map");
+  try {
+    return new MapView(container, network, tiles, camera);
+  } catch (error) {
+    if (!String(error).includes("WebGL")) throw error;
+    container.replaceChildren();  // what the map began with
+    return null;
+  }
+}
+
+/** When what is there now has been shown; a page in the background shows nothing. */
+function nextFrame() {
+  return new Promise((resolve) => {
+    if (document.hidden) resolve(null);
+    else requestAnimationFrame(() => setTimeout(resolve));
+  });
 }
 
 /** The name of the file, which need not be UTF-8. */
@@ -48,22 +64,34 @@ async function openPage() {
     return;
   }
   try {
-    await addLibrary();
-    // First, for the threads behind it to start in the meantime.
-    const view = hasWebGl() ? new MapView(blockElement("map")) : null;
     const network = await Network.read();
-    page = new Page(network, view);
+    const points = mercatorPoints(network.points);
+    const camera = firstCamera(network);
+    const picture = camera.isLevel ? drawFirstPicture(network, points, camera) : null;
+    if (picture) {
+      blockElement("map").after(picture);
+      await nextFrame();
+    }
+    await addLibrary();
+    maplibregl.prewarm();  // the threads behind the map start in the meantime
+    const components = findComponents(network);
+    const numbers = await readNumbersOfRoads(network);
+    const tiles = new TileMaker(network, points, components.rankOf, numbers);
+    const view = openMap(network, tiles, camera);
+    page = new Page(network, components, view);
     if (view) {
-      const numbers = await readNumbersOfRoads(network);
-      await view.show(network, page.components.rankOf, numbers);
+      view.map.once("movestart", () => picture?.remove());
+      await view.map.once("style.load");
       say(network.roadCount === 0 ? "There are no roads in this network." : "");
-      page.start();
+      page.start(!camera.isOfAddress);
       await view.map.once("idle");
+      picture?.remove();
       document.documentElement.dataset.drawn = "true";
     } else {
       say("This browser has no WebGL, which the map needs: it may be switched off, or the " +
           "computer too old. Search and report work without it.");
-      page.start();
+      picture?.remove();
+      page.start(true);
     }
     await page.read();
   } catch (error) {

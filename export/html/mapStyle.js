@@ -30,8 +30,13 @@ const roadWidths = {
   other: [0.3, 0.7, 2.6, 7, 22],
 };
 const linkWidth = 0.7;
+const widthBase = 1.5;  // of the curve between zooms
+const widthScale = 1000;  // of widths as whole numbers
+const nodesVisibleFrom = 15.5;
 /** The zoom from which minor roads have edges. */
 const edgesFrom = 12.5;
+/** From afar there are two levels alone: the ground, with all above it, and what is below. */
+const levelsFrom = 12;
 
 /**
  * @param {(kind: string) => any} valueOf of a class; of "other" for those that are none of `kinds`
@@ -45,26 +50,76 @@ function byClass(valueOf, kinds) {
 
 /** Pixels across a road, and as much more. @param {number[]} more at each zoom @returns {Expression} */
 function widthExpression(more = [0, 0, 0, 0, 0]) {
-  const kinds = Object.keys(roadWidths).filter((kind) => kind !== "other");
-  return ["interpolate", ["exponential", 1.5], ["zoom"], ...widthZooms.flatMap((zoom, i) => [
-    zoom, ["+", more[i], ["*", ["case", ["has", "link"], linkWidth, 1],
-                          byClass((kind) => roadWidths[kind][i], kinds)]]])];
+  return ["interpolate", ["exponential", widthBase], ["zoom"], ...widthZooms.flatMap((zoom, i) => [
+    zoom, ["+", more[i], ["/", ["get", `width ${zoom}`], widthScale]]])];
 }
 
-/** What matters more has the higher number. @returns {Expression} */
-function rankExpression() {
-  const ranks = byClass((kind) => (roadClasses.length - roadClasses.indexOf(kind)) * 2, roadClasses);
-  return ["-", ranks, ["case", ["has", "link"], 1, 0]];
+/** @param {RoadClass} kind */
+function widthsOf(kind) {
+  return (roadWidths[kind.class] ?? roadWidths.other).map(
+    (width) => width * (kind.link ? linkWidth : 1));
 }
 
-/** The first of the classes along a road, and whether it is a link. @param {string} highway */
+/** Pixels across a road. @param {RoadClass} kind @param {number} zoom */
+function widthAt(kind, zoom) {
+  const widths = widthsOf(kind);
+  const next = widthZooms.findIndex((end) => zoom < end);
+  if (next <= 0) return next === 0 ? widths[0] : widths[widths.length - 1];
+  const [start, end] = [widthZooms[next - 1], widthZooms[next]];
+  const share = (widthBase ** (zoom - start) - 1) / (widthBase ** (end - start) - 1);
+  return widths[next - 1] + share * (widths[next] - widths[next - 1]);
+}
+
+/** @typedef {{class: string, link: boolean}} RoadClass */
+
+/** The first of the classes along a road. @param {string} highway @returns {RoadClass} */
 function roadClass(highway) {
   const first = highway.split(";")[0];
   const link = first.endsWith("_link");
   return { class: link ? first.slice(0, -"_link".length) : first, link };
 }
 
+/** What matters more has the higher one. @param {RoadClass} kind */
+function rankOf(kind) {
+  const place = roadClasses.indexOf(kind.class);
+  return place < 0 ? 0 : 2 * (roadClasses.length - place) - Number(kind.link);
+}
+
+/** The properties that all layers of roads go by. @param {RoadClass} kind */
+function lookOfClass(kind) {
+  const widths = widthsOf(kind).map((width, i) => [`width ${widthZooms[i]}`,
+                                                   Math.round(width * widthScale)]);
+  return { class: kind.class, rank: rankOf(kind), ...Object.fromEntries(widths) };
+}
+
 /** @typedef {"class" | "direction" | "elevation" | "pieces" | "component"} Colouring */
+
+/**
+ * Numbers of colours; what has no number on the map has the usual one.
+ * @typedef {{usual: number, numberOf: (value: number) => number}} Scale
+ */
+
+/** @param {number[]} steps ascending @returns {(value: number) => number} */
+function stepNumber(steps) {
+  return (value) => steps.filter((step) => value >= step).length;
+}
+
+const otherGroups = 6;
+const scales = {
+  /** @type {Scale} */
+  height: { usual: 2, numberOf: stepNumber([-4, -1, 1, 4]) },
+  /** @type {Scale} */
+  pieces: { usual: 0, numberOf: stepNumber([2, 3, 5, 9]) },
+  /** @type {Scale} */
+  component: { usual: 0, numberOf: (rank) => (rank === 0 ? 0 : 1 + ((rank - 1) % otherGroups)) },
+};
+
+/** @param {keyof typeof scales} key @param {string[]} colours by number @returns {Expression} */
+function scaleExpression(key, colours) {
+  const { usual } = scales[key];
+  return ["match", ["get", key],
+          ...colours.flatMap((colour, i) => (i === usual ? [] : [i, colour])), colours[usual]];
+}
 
 /**
  * What each colour means, for the key.
@@ -93,29 +148,27 @@ function keysOf(theme) {
   };
 }
 
+/** From afar, minor roads are all the same. @param {Theme} theme @param {string} kind @param {boolean} isFar */
+function colourOf(theme, kind, isFar) {
+  const isMinor = isFar && (!majorClasses.includes(kind) || kind === "tertiary");
+  return isMinor ? theme.minorFar : theme.roads[kind] ?? theme.minor;
+}
+
 /** The colours of roads. @param {Theme} theme @param {Colouring} colouring @returns {Expression} */
 function colourExpression(theme, colouring) {
-  const { heights, scale, groups, calm } = theme;
   switch (colouring) {
     case "direction":
-      return ["case", ["!", ["has", "direction"]], calm, theme.accent];
+      return ["case", ["has", "direction"], theme.accent, theme.calm];
     case "elevation":
-      return ["step", ["coalesce", ["get", "elevation"], 0], heights[0], -4, heights[1], -1, heights[2], 1,
-              heights[3], 4, heights[4]];
+      return scaleExpression("height", theme.heights);
     case "pieces":
-      return ["step", ["coalesce", ["get", "pieces"], 1], scale[0], 2, scale[1], 3, scale[2], 5, scale[3], 9,
-              scale[4]];
+      return scaleExpression("pieces", theme.scale);
     case "component":
-      return ["case", ["!", ["has", "component"]], groups[0],
-              ["match", ["%", ["-", ["get", "component"], 1], groups.length - 1],
-               ...groups.slice(2).flatMap((colour, i) => [i + 1, colour]), groups[1]]];
+      return scaleExpression("component", theme.groups);
     default: {
-      const kinds = Object.keys(theme.roads);
-      /** @param {string} minor */
-      const colours = (minor) => byClass((kind) => theme.roads[kind] ?? minor, kinds);
-      const far = byClass((kind) => theme.roads[kind] ?? theme.minorFar,
-                          kinds.filter((kind) => majorClasses.includes(kind) && kind !== "tertiary"));
-      return ["interpolate", ["linear"], ["zoom"], 12.5, far, 14, colours(theme.minor)];
+      /** @param {boolean} isFar */
+      const colours = (isFar) => byClass((kind) => colourOf(theme, kind, isFar), roadClasses);
+      return ["interpolate", ["linear"], ["zoom"], 12.5, colours(true), 14, colours(false)];
     }
   }
 }
@@ -125,21 +178,27 @@ function colourExpression(theme, colouring) {
  * @param {Theme} theme
  * @param {Colouring} colouring
  * @param {number} level
+ * @param {boolean} isLowest
  * @returns {Layer[]}
  */
-function roadLayers(theme, colouring, level) {
+function roadLayers(theme, colouring, level, isLowest) {
   const isRaised = level > 0;
   const isBelow = level < 0;
-  const common = { type: /** @type {const} */ ("line"), source: "network", "source-layer": "roads" };
+  const isSeenFromAfar = level === 0 || (isBelow && isLowest);
+  const common = { type: /** @type {const} */ ("line"), source: "network", "source-layer": "roads",
+                   minzoom: isSeenFromAfar ? 0 : levelsFrom };
   /** @type {any} */
-  const onLevel = ["==", ["coalesce", ["get", "level"], 0], level];
+  const levelOfRoad = ["coalesce", ["get", "level"], 0];
+  /** @type {any} */
+  const onLevel = ["step", ["zoom"], [isBelow ? "<" : ">=", levelOfRoad, 0],
+                   levelsFrom, ["==", levelOfRoad, level]];
   /** @type {any} */
   const isMajor = ["in", ["get", "class"], ["literal", majorClasses]];
   // From afar nobody sees what ends and corners look like.
   /** @type {any} */
   const shape = { "line-cap": ["step", ["zoom"], "butt", edgesFrom, "round"],
                   "line-join": ["step", ["zoom"], "miter", edgesFrom, "round"],
-                  "line-sort-key": rankExpression() };
+                  "line-sort-key": ["get", "rank"] };
   const edges = colouring === "class"
     ? byClass((kind) => theme.edges[kind] ?? theme.minorEdge, Object.keys(theme.edges))
     : theme.minorEdge;
@@ -187,10 +246,11 @@ function placeLayers(theme) {
   const severity = /** @type {any} */ (["match", ["get", "severity"], 0, theme.severities[0], 1,
                                         theme.severities[1], theme.severities[2]]);
   return [
-    { id: "nodes", type: "circle", source: "network", "source-layer": "nodes", minzoom: 15.5,
+    { id: "nodes", type: "circle", source: "network", "source-layer": "nodes",
+      minzoom: nodesVisibleFrom,
       paint: { "circle-color": theme.paper, "circle-stroke-color": theme.node,
-               "circle-radius": ["interpolate", ["linear"], ["zoom"], 15.5, 1.6, 17, 3.2, 20, 6],
-               "circle-stroke-width": ["interpolate", ["linear"], ["zoom"], 15.5, 0.8, 18, 1.8] } },
+               "circle-radius": ["interpolate", ["linear"], ["zoom"], nodesVisibleFrom, 1.6, 17, 3.2, 20, 6],
+               "circle-stroke-width": ["interpolate", ["linear"], ["zoom"], nodesVisibleFrom, 0.8, 18, 1.8] } },
     { id: "finding lines", type: "line", source: "findings",
       filter: ["literal", false],  // none yet
       layout: { "line-cap": "round", "line-join": "round",
@@ -211,31 +271,30 @@ function placeLayers(theme) {
 
 /** Arrows, numbers and names. @param {Theme} theme @returns {Layer[]} */
 function labelLayers(theme) {
-  const fromRoads = { source: "network", "source-layer": "roads" };
+  const labels = { type: /** @type {const} */ ("symbol"), source: "network", "source-layer": "labels" };
   const onLine = { "symbol-placement": /** @type {const} */ ("line") };
   const font = ["Medium", ...labelFonts];  // the map takes the weight from the first name
   return [
-    { id: "arrows", type: "symbol", ...fromRoads, minzoom: 15,
+    { id: "arrows", ...labels, "source-layer": "roads", minzoom: 15,
       filter: ["has", "direction"],
       layout: { ...onLine, "symbol-spacing": 110, "icon-image": "arrow",
                 "icon-rotate": ["case", ["==", ["get", "direction"], forward], 0, 180],
                 "icon-keep-upright": false, "icon-padding": 1,
                 "icon-size": ["interpolate", ["linear"], ["zoom"], 15, 0.55, 18, 1] } },
-    { id: "names", type: "symbol", ...fromRoads, minzoom: namesFrom,
-      filter: ["all", ["has", "name"], ["!", ["has", "image"]],
-               ["step", ["zoom"], ["in", ["get", "class"], ["literal", majorClasses]], 14, true]],
-      layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", rankExpression()],
+    { id: "names", ...labels, minzoom: namesFrom,
+      filter: ["has", "name"],
+      layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", ["get", "rank"]],
                 "text-field": ["get", "name"], "text-font": font, "text-max-angle": 35,
                 "text-padding": 3, "text-letter-spacing": 0.01,
                 "text-size": ["interpolate", ["linear"], ["zoom"], 12, 10.5, 16, 12.5, 19, 15] },
       paint: { "text-color": theme.text, "text-halo-color": theme.halo, "text-halo-width": 1.6 } },
-    { id: "name images", type: "symbol", ...fromRoads, minzoom: 14.5,
+    { id: "name images", ...labels, minzoom: 14.5,
       filter: ["has", "image"],
-      layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", rankExpression()],
+      layout: { ...onLine, "symbol-spacing": 320, "symbol-sort-key": ["-", ["get", "rank"]],
                 "icon-padding": [12, 4],  // the map makes room for them as if they lay level
-                "icon-image": ["concat", isDark() ? "dark:" : "light:", ["get", "name"]] } },
-    { id: "numbers", type: "symbol", ...fromRoads, minzoom: numbersFrom,
-      filter: ["all", ["has", "number"], ["in", ["get", "class"], ["literal", majorClasses]]],
+                "icon-image": ["concat", isDark() ? "dark:" : "light:", ["get", "image"]] } },
+    { id: "numbers", ...labels, minzoom: numbersFrom,
+      filter: ["has", "number"],
       layout: { ...onLine, "symbol-spacing": 420, "text-field": ["get", "number"],
                 "text-font": font, "text-size": 10, "text-rotation-alignment": "viewport",
                 "icon-rotation-alignment": "viewport", "icon-image": "shield",
@@ -248,13 +307,14 @@ function labelLayers(theme) {
  * All layers, from the lowest to the highest.
  * @param {Theme} theme
  * @param {Colouring} colouring
- * @param {number[]} levels that there are roads on, ascending
+ * @param {Iterable<number>} levels that there are roads on
  * @returns {Layer[]}
  */
 function mapLayers(theme, colouring, levels) {
   return [
     { id: "paper", type: "background", paint: { "background-color": theme.paper } },
-    ...levels.flatMap((level) => roadLayers(theme, colouring, level)),
+    ...[...levels].sort((a, b) => a - b).flatMap(
+      (level, i) => roadLayers(theme, colouring, level, i === 0)),
     ...selectionLayers(theme),
     ...placeLayers(theme),
     ...labelLayers(theme),

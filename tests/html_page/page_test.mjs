@@ -82,8 +82,9 @@ function pageOf(name, source) {
 }
 
 /** Opens it, and fails at the end if it asked for something, or complained. */
-async function opened(t, file, { hash = "", from = browser, ...options } = {}) {
+async function opened(t, file, { hash = "", from = browser, onPage = () => {}, ...options } = {}) {
   const view = await from.newPage({ viewport: { width: 1000, height: 700 }, ...options });
+  await view.addInitScript(onPage);
   const wrong = [];
   view.on("request", (request) => {
     if (!/^(file|blob|data):/.test(request.url())) wrong.push(request.url());
@@ -148,6 +149,37 @@ test("roads stand where they should, bridges over what they cross", async (t) =>
   const along = (80 * (y4 - y3)) / (x4 - x3);
   assert.deepEqual(await colourAt(view, x + 80, y + along), [0xec, 0x8a, 0x68]);
   assert.deepEqual(await colourAt(view, x + 80, y + along + 30), paper);
+});
+
+test("at once there is a picture of what the map shows then; the style is valid", async (t) => {
+  for (const options of [{}, { hash: "#map=15.5/54.805/13.898", deviceScaleFactor: 2 }]) {
+    const view = await opened(t, pageOf("example", example), { ...options, onPage: () => {
+      new MutationObserver(() => (globalThis.picture ??= document.getElementById("first-picture")))
+        .observe(document, { childList: true, subtree: true });
+    } });
+    const [same, isGone] = await view.evaluate(() => {
+      const { map } = page.view;
+      const context = picture.getContext("2d");
+      const same = Array.from({ length: page.network.roadCount }, (_, road) => road)
+        .filter((road) => page.network.highwayOf(road) === "primary")
+        .map((road) => {
+          const [[x1, y1], [x2, y2]] = page.network.lineOf(road);
+          return map.project([(x1 + x2) / 2, (y1 + y2) / 2]);
+        })
+        .filter(({ x, y }) => x > 0 && x < innerWidth && y > 0 && y < innerHeight)
+        .map(({ x, y }) => {
+          const pixel = context.getImageData(x * devicePixelRatio, y * devicePixelRatio, 1, 1).data;
+          return "#" + [...pixel.slice(0, 3)].map((c) => c.toString(16).padStart(2, "0")).join("");
+        })
+        .map((colour) => colour === themes.light.roads.primary);
+      return [same, !picture.isConnected];
+    });
+    assert.ok(isGone);
+    assert.ok(same.length > 5 && same.every((is) => is), `${same}`);
+    // Complaints go to the console.
+    await view.evaluate("page.view.map.setStyle(page.view.style(), { validate: true, diff: false })");
+    await idle(view);
+  }
 });
 
 test("the page has the network, to the last bit", async (t) => {
