@@ -113,7 +113,8 @@ void createRoads(RoadNetworkImporter& importer) {
     support::throwMissing();
   }
   importer.roadWayIds.clear();
-  importer.roadWayIds.reserve(ways);
+  // Most junctions are passed once or twice; what is not needed is never touched.
+  importer.roadWayIds.reserve(ways + 2 * importer.junctionNodeIds.size());
   support::Steps steps(importer.progress(), support::Stage::makingRoads,
                        importer.reader.wayNodes.size() + ways);
   RoadMaker maker(importer, steps);

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "export/writeHtml.hpp"
 #include "osm/ReadError.hpp"
 #include "python/core/Gil.hpp"
 #include "python/core/Import.hpp"
@@ -81,6 +82,7 @@ NB_MODULE(_core, module) {
   nb::register_exception_translator(raiseReadError);
   nb::module_::import_("atexit").attr("register")(nb::cpp_function([] { gil::processEnds(); }));
 
+  module.attr("comfortable_roads") = comfortableRoads;
   nb::class_<Import>(module, "Import")
       .def_ro("nodes", &Import::nodes)
       .def_ro("roads", &Import::roads)

@@ -11,6 +11,9 @@ Triple: TypeAlias = tuple[NDArray[np.int32], NDArray[np.int64], NDArray[np.uint8
 #: What workers do with parts of a file: functions of arrays, which python/core/parts.cpp lists.
 parts: Any
 
+#: How many roads a browser shows with ease.
+comfortable_roads: int
+
 class Import:
     nodes: dict[str, NDArray[Any]]
     roads: dict[str, NDArray[Any]]

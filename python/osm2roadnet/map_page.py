@@ -5,10 +5,13 @@ from __future__ import annotations
 import os
 import re
 import tempfile
+import warnings
 import webbrowser
 from html import escape
 from pathlib import Path
 from typing import TYPE_CHECKING, Any
+
+from osm2roadnet import _core
 
 if TYPE_CHECKING:
     from osm2roadnet.network import Network
@@ -40,6 +43,12 @@ class MapPage:
 
 def explore(network: Network, path: Any, show: bool | None, overwrite: bool) -> MapPage:
     """See `Network.explore`."""
+    if len(network) > _core.comfortable_roads:
+        warnings.warn(
+            f"more than {_core.comfortable_roads:,} roads are slow to open in a browser, if they "
+            'open at all; QGIS shows them all from to_file("FILE.gpkg")',
+            stacklevel=3,
+        )
     if path is None:
         folder = tempfile.mkdtemp(prefix="osm2roadnet-")
         path = Path(folder, re.sub(r"[^\w.-]", "_", Path(network.source).name) + ".html")

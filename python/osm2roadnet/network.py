@@ -261,6 +261,9 @@ class Network:
 
         Raises:
             FileExistsError, OSError, RuntimeError: as `to_file`.
+
+        Warns:
+            UserWarning: if there are more than 300,000 roads, which few browsers show with ease.
         """
         return map_page.explore(self, path, show, overwrite)
 

@@ -358,6 +358,10 @@ def test_the_map_page_opens_and_shows_itself(town, tmp_path, monkeypatch):
     shown = html.unescape(page._repr_html_())
     assert f'srcdoc="{page.path.read_text(encoding="utf-8")}"' in shown
     shutil.rmtree(page.path.parent)
+    monkeypatch.setattr("osm2roadnet._core.comfortable_roads", len(town) - 1)
+    with pytest.warns(UserWarning, match=f"more than {len(town) - 1} roads") as warned:
+        town.explore(tmp_path / "town.html", show=False, overwrite=True)
+    assert warned[0].filename == __file__
 
 
 @pytest.mark.parametrize(
