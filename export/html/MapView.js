@@ -52,7 +52,7 @@ class MapView {
       return { data: tiles.tile(z, x, y) };
     });
     this.map = new maplibregl.Map({
-      container, center, zoom, hash: "map", attributionControl: false, maxZoom: 22, maxPitch: 60,
+      container, center, zoom, hash: "map", attributionControl: false, maxZoom: closestZoom, maxPitch: 60,
       style: this.style(), validateStyle: false, fadeDuration: 0, clickTolerance: 5,
     });
     this.map.addControl(new maplibregl.ScaleControl({ maxWidth: 110 }), "bottom-right");
@@ -82,7 +82,8 @@ class MapView {
     };
   }
   layers() {
-    return mapLayers(currentTheme(), this.colouring, this.tiles.levels);
+    this.theme = currentTheme();
+    return mapLayers(this.theme, this.colouring, this.tiles.levels);
   }
 
   /** @param {Findings} findings */
@@ -160,7 +161,9 @@ class MapView {
     if (!box) return;
     const [west, south, east, north] = box;
     const maxZoom = west === east && south === north ? closestToPoint : closest;
-    const camera = this.map.cameraForBounds(box, { padding: mapPadding(), maxZoom });
+    const padding = mapPadding();
+    const fits = padding.left + padding.right < innerWidth && padding.top + padding.bottom < innerHeight;
+    const camera = fits && this.map.cameraForBounds(box, { padding, maxZoom });
     if (camera) this.map.flyTo({ ...camera, maxDuration: longestFlight, curve: 1.2 });
     // In a window with no room beside the panel.
     else this.map.jumpTo({ center: [(west + east) / 2, (south + north) / 2] });
@@ -177,13 +180,15 @@ class MapView {
   }
 
   /**
-   * The nearest within reach of a finger, or of a mouse.
+   * The nearest within reach of a finger, or of a mouse. Roads and Nodes are measured on the ground,
+   * where a pixel is as wide as the view makes it there, and a road as wide as the style says.
    * @param {maplibregl.Point} point
    * @returns {Thing | null}
    */
   thingAt(point) {
-    const reach = coarsePointer.matches ? 14 : 7;
+    const pixels = coarsePointer.matches ? 14 : 7;
     const zoom = this.map.getZoom();
+    const { map, network, tiles } = this;
     /** @type {Thing | null} */
     let best = null;
     let nearest = Infinity;
@@ -193,44 +198,33 @@ class MapView {
       nearest = away;
       best = thing;
     };
-    const findings = !this.showsFindings ? [] : this.map.queryRenderedFeatures(
-      [[point.x - reach, point.y - reach], [point.x + reach, point.y + reach]],
+    const findings = !this.showsFindings ? [] : map.queryRenderedFeatures(
+      [[point.x - pixels, point.y - pixels], [point.x + pixels, point.y + pixels]],
       { layers: ["finding points", "finding lines"] });
-    for (const { properties } of findings) take({ kind: "finding", index: properties.finding }, -2 * reach);
+    for (const { properties } of findings) {
+      take({ kind: "finding", index: properties.finding }, -Infinity);
+    }
+    const { lng, lat } = map.unproject(point);
+    const beside = map.unproject([point.x + 1, point.y]);
+    const around = 360 * Math.round(lng / 360);
+    const [x, y] = [mercatorX(lng - around), mercatorY(lat)];
+    const reach = pixels * Math.hypot(mercatorX(beside.lng - around) - x, mercatorY(beside.lat) - y);
     if (zoom >= nodesVisibleFrom) {
-      for (const [index] of this.tiles.nodesIn(this.boxAt(point, reach))) {
-        const away = this.pixelsTo(point, [this.network.placeOf(index)]);
+      for (const [index, aroundWorld] of tiles.nodesIn([x - reach, y - reach, x + reach, y + reach])) {
+        const away = Math.hypot(tiles.nodesX[index] + aroundWorld - x, tiles.nodesY[index] - y);
         if (away <= reach) take({ kind: "node", index }, away - reach);
       }
     }
-    const widest = Math.max(reach, widthAt(roadClass("motorway"), zoom) / 2);
-    for (const [{ road }] of this.tiles.stretchesIn(this.boxAt(point, widest), Math.floor(zoom))) {
-      const away = this.pixelsTo(point, this.network.lineOf(road));
-      const width = widthAt(roadClass(this.network.highwayOf(road)), zoom);
-      if (away <= Math.max(reach, width / 2)) take({ kind: "road", index: road }, away);
+    /** @param {RoadClass} kind */
+    const reachTo = (kind) => reach + atZoom(widthsOf(kind), zoom) / 2 / (worldSize * 2 ** zoom);
+    const most = reachTo({ class: "motorway", link: false });
+    for (const [{ road, first, last }, aroundWorld] of tiles.stretchesIn(
+      [x - most, y - most, x + most, y + most], Math.floor(zoom))) {
+      const line = tiles.points.subarray(2 * first, 2 * last + 2);
+      const away = distanceToLine(x - aroundWorld, y, line);
+      const kind = tiles.classes[network.highways.numbers[road]];
+      if (away <= reachTo(kind)) take({ kind: "road", index: road }, away);
     }
     return best;
-  }
-
-  /**
-   * The box on the map around so many pixels of the screen.
-   * @param {maplibregl.Point} point
-   * @param {number} reach
-   * @returns {MercatorBox}
-   */
-  boxAt({ x, y }, reach) {
-    const corners = [[-reach, -reach], [reach, -reach], [-reach, reach], [reach, reach]].map(
-      ([dx, dy]) => this.map.unproject([x + dx, y + dy]));
-    const around = 360 * Math.round(corners[0].lng / 360);
-    const xs = corners.map(({ lng }) => mercatorX(lng - around));
-    const ys = corners.map(({ lat }) => mercatorY(lat));
-    return [Math.min(...xs), Math.min(...ys), Math.max(...xs), Math.max(...ys)];
-  }
-
-  /** @param {maplibregl.Point} point @param {Place[]} line */
-  pixelsTo(point, line) {
-    const { lng } = this.map.unproject(point);
-    const around = unwrapped(line[0][0], lng) - line[0][0];
-    return distanceToLine(point, line.map(([x, y]) => this.map.project([x + around, y])));
   }
 }

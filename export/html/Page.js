@@ -62,6 +62,7 @@ class Page {
       if (key === "Escape") panel.close();
     });
     addEventListener("hashchange", () => this.openAddress(!address.read().has("map")));
+    if (view && view.theme !== currentTheme()) view.restyle();  // changed while the map was made
     this.openAddress(flies);
   }
 

@@ -13,7 +13,10 @@ function blockElement(id) {
 function fromBase64(text) {
   const constructor = /** @type {any} */ (Uint8Array);
   if (constructor.fromBase64) return constructor.fromBase64(text);
-  return Uint8Array.from(atob(text), (letter) => letter.charCodeAt(0));  // browsers before 2025
+  const binary = atob(text);  // for browsers before 2025
+  const bytes = new Uint8Array(binary.length);
+  for (let i = 0; i < bytes.length; ++i) bytes[i] = binary.charCodeAt(i);
+  return bytes;
 }
 
 /**

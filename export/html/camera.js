@@ -1,6 +1,7 @@
 // What of the network the map shows at first.
 
 const closest = 18;  // the zoom of a flight
+const closestZoom = 22;
 const worldSize = 512;  // pixels of the map of the world at zoom 0
 
 /** What lies over the map. */
@@ -31,7 +32,7 @@ function mapPadding() {
 function firstCamera(network) {
   const [zoom, latitude, longitude, bearing = 0, pitch = 0] =
     (address.read().get("map") ?? "").split("/").map(Number);
-  if ([zoom, latitude, longitude].every(Number.isFinite)) {
+  if (Math.abs(latitude) <= 90 && zoom >= 0 && zoom <= closestZoom && Number.isFinite(longitude)) {
     return { center: [longitude, latitude], zoom, isOfAddress: true,
              isLevel: bearing === 0 && pitch === 0 };
   }

@@ -1,10 +1,7 @@
 // The roads, drawn on a canvas at once, until the map is ready: that takes several times as long.
 
-/** From so near on, minor roads have the colours that they have nearby. */
-const nearFrom = 13.25;
-
 /**
- * As the map will show the roads, without what is written on it.
+ * As the map will show the roads, but for what is above and what below, and without labels.
  * @param {Network} network
  * @param {Float64Array} points the network's on the square map of the world
  * @param {Camera} camera which is level
@@ -26,22 +23,29 @@ function drawFirstPicture(network, points, { center, zoom }) {
   for (let road = 0; road < network.roadCount; ++road) {
     const { path } = classes[network.highways.numbers[road]];
     const first = network.starts[road];
-    const west = centerX - Math.round(centerX - points[2 * first]);  // once around the world, maybe
+    const middle = centerX - Math.round(centerX - points[2 * first]);  // once around the world, maybe
     for (let i = first; i < network.starts[road + 1]; ++i) {
-      const x = innerWidth / 2 + (points[2 * i] - west) * scale;
+      const x = innerWidth / 2 + (points[2 * i] - middle) * scale;
       const y = innerHeight / 2 + (points[2 * i + 1] - centerY) * scale;
       if (i === first) path.moveTo(x, y);
       else path.lineTo(x, y);
     }
   }
   classes.sort((a, b) => rankOf(a) - rankOf(b));
-  const isFar = zoom < nearFrom;
-  for (const hasEdges of zoom < edgesFrom ? [false] : [true, false]) {
+  /** @param {number} from @param {number} to */
+  const shareOf = (from, to) => Math.max(0, Math.min((zoom - from) / (to - from), 1));
+  const edges = shareOf(edgesFrom, edgesFrom + 1);
+  const near = shareOf(farTo, nearFrom);
+  for (const isEdge of [true, false]) {
     for (const kind of classes) {
+      const isMajor = majorClasses.includes(kind.class);
       if (kind.class === "service" && zoom < servicesFrom) continue;
-      context.lineWidth = widthAt(kind, zoom) + (hasEdges ? 1.5 : 0);
-      context.strokeStyle = hasEdges ? theme.edges[kind.class] ?? theme.minorEdge
-                                     : colourOf(theme, kind.class, isFar);
+      if (isEdge && !isMajor && Math.floor(zoom) < edgesFrom) continue;
+      context.globalAlpha = !isEdge ? 1 : isMajor ? 0.8 + 0.2 * edges : edges;
+      context.lineWidth = atZoom(widthsOf(kind), zoom) + (isEdge ? atZoom(edgeWidths, zoom) : 0);
+      context.strokeStyle = isEdge ? theme.edges[kind.class] ?? theme.minorEdge
+                                   : between(colourOf(theme, kind.class, true),
+                                             colourOf(theme, kind.class, false), near);
       context.stroke(kind.path);
     }
   }

@@ -100,20 +100,20 @@ function mercatorBox(points) {
 }
 
 /**
- * How far a point of the screen is from a line on it, in pixels.
- * @param {{x: number, y: number}} point
- * @param {{x: number, y: number}[]} line
+ * How far a point is from a line.
+ * @param {number} x
+ * @param {number} y
+ * @param {Float64Array} line x and y in turns
  */
-function distanceToLine(point, line) {
+function distanceToLine(x, y, line) {
   let nearest = Infinity;
-  for (let i = 0; i < line.length; ++i) {
-    const a = line[Math.max(i - 1, 0)];
-    const b = line[i];
-    const dx = b.x - a.x;
-    const dy = b.y - a.y;
-    const along = ((point.x - a.x) * dx + (point.y - a.y) * dy) / (dx * dx + dy * dy);
+  for (let i = 0; i < line.length; i += 2) {
+    const from = Math.max(i - 2, 0);
+    const dx = line[i] - line[from];
+    const dy = line[i + 1] - line[from + 1];
+    const along = ((x - line[from]) * dx + (y - line[from + 1]) * dy) / (dx * dx + dy * dy);
     const t = along > 0 ? Math.min(along, 1) : 0;  // also for a line without a length
-    nearest = Math.min(nearest, Math.hypot(point.x - a.x - t * dx, point.y - a.y - t * dy));
+    nearest = Math.min(nearest, Math.hypot(x - line[from] - t * dx, y - line[from + 1] - t * dy));
   }
   return nearest;
 }

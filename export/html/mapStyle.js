@@ -30,9 +30,14 @@ const roadWidths = {
   other: [0.3, 0.7, 2.6, 7, 22],
 };
 const linkWidth = 0.7;
+/** How much wider both edges are together. */
+const edgeWidths = [0.3, 0.8, 1.3, 2, 3];
 const widthBase = 1.5;  // of the curve between zooms
 const widthScale = 1000;  // of widths as whole numbers
 const nodesVisibleFrom = 15.5;
+/** Up to which zoom roads have the colours from afar, and from which those from near. */
+const farTo = 12.5;
+const nearFrom = 14;
 /** The zoom from which minor roads have edges. */
 const edgesFrom = 12.5;
 /** From afar there are two levels alone: the ground, with all above it, and what is below. */
@@ -60,14 +65,13 @@ function widthsOf(kind) {
     (width) => width * (kind.link ? linkWidth : 1));
 }
 
-/** Pixels across a road. @param {RoadClass} kind @param {number} zoom */
-function widthAt(kind, zoom) {
-  const widths = widthsOf(kind);
+/** What lies at a zoom between values at `widthZooms`. @param {number[]} values @param {number} zoom */
+function atZoom(values, zoom) {
   const next = widthZooms.findIndex((end) => zoom < end);
-  if (next <= 0) return next === 0 ? widths[0] : widths[widths.length - 1];
+  if (next <= 0) return next === 0 ? values[0] : values[values.length - 1];
   const [start, end] = [widthZooms[next - 1], widthZooms[next]];
   const share = (widthBase ** (zoom - start) - 1) / (widthBase ** (end - start) - 1);
-  return widths[next - 1] + share * (widths[next] - widths[next - 1]);
+  return values[next - 1] + share * (values[next] - values[next - 1]);
 }
 
 /** @typedef {{class: string, link: boolean}} RoadClass */
@@ -168,7 +172,7 @@ function colourExpression(theme, colouring) {
     default: {
       /** @param {boolean} isFar */
       const colours = (isFar) => byClass((kind) => colourOf(theme, kind, isFar), roadClasses);
-      return ["interpolate", ["linear"], ["zoom"], 12.5, colours(true), 14, colours(false)];
+      return ["interpolate", ["linear"], ["zoom"], farTo, colours(true), nearFrom, colours(false)];
     }
   }
 }
@@ -185,13 +189,14 @@ function roadLayers(theme, colouring, level, isLowest) {
   const isRaised = level > 0;
   const isBelow = level < 0;
   const isSeenFromAfar = level === 0 || (isBelow && isLowest);
-  const common = { type: /** @type {const} */ ("line"), source: "network", "source-layer": "roads",
-                   minzoom: isSeenFromAfar ? 0 : levelsFrom };
+  const common = { type: /** @type {const} */ ("line"), source: "network", "source-layer": "roads" };
   /** @type {any} */
   const levelOfRoad = ["coalesce", ["get", "level"], 0];
   /** @type {any} */
-  const onLevel = ["step", ["zoom"], [isBelow ? "<" : ">=", levelOfRoad, 0],
-                   levelsFrom, ["==", levelOfRoad, level]];
+  const fromAfar = isSeenFromAfar && [isBelow ? "<" : ">=", levelOfRoad, 0];
+  // By the zoom of the tile, unlike `minzoom`: tiles from near are drawn until others take their place.
+  /** @type {any} */
+  const onLevel = ["step", ["zoom"], fromAfar, levelsFrom, ["==", levelOfRoad, level]];
   /** @type {any} */
   const isMajor = ["in", ["get", "class"], ["literal", majorClasses]];
   // From afar nobody sees what ends and corners look like.
@@ -215,7 +220,7 @@ function roadLayers(theme, colouring, level, isLowest) {
         ...(isBelow ? { "line-gap-width": widthExpression(), "line-dasharray": [4, 3],
                         "line-width": ["interpolate", ["linear"], ["zoom"], 12, 0.6, 19, 1.6] }
                     : { "line-width": widthExpression(isRaised ? [0.6, 1.2, 2, 3, 4.5]
-                                                               : [0.3, 0.8, 1.3, 2, 3]) }),
+                                                               : edgeWidths) }),
       } },
     { id: `roads ${level}`, ...common, filter: onLevel,
       layout: { ...shape, ...(isBelow ? { "line-cap": "butt" } : {}) },

@@ -74,13 +74,18 @@ function switchTheme() {
   darkRule.media.mediaText = isDark() ? "not all" : "all";
 }
 
+/** A colour so far from one to the other. @param {string} from @param {string} to @param {number} share */
+function between(from, to, share) {
+  return "#" + [1, 3, 5].map((i) => {
+    const [a, b] = [from, to].map((text) => parseInt(text.slice(i, i + 2), 16));
+    return Math.round(a + share * (b - a)).toString(16).padStart(2, "0");
+  }).join("");
+}
+
 /** What lies below the ground, halfway to the paper. @param {Theme} theme @returns {Theme} */
 function paler(theme) {
   /** @param {string} colour */
-  const mixed = (colour) => "#" + [1, 3, 5].map((i) => {
-    const [a, b] = [colour, theme.paper].map((text) => parseInt(text.slice(i, i + 2), 16));
-    return Math.round((a + b) / 2).toString(16).padStart(2, "0");
-  }).join("");
+  const mixed = (colour) => between(colour, theme.paper, 0.5);
   const { roads, minor, minorFar, accent, calm, scale, heights, groups } = theme;
   return { ...theme, minor: mixed(minor), minorFar: mixed(minorFar), accent: mixed(accent),
            calm: mixed(calm), scale: scale.map(mixed), heights: heights.map(mixed),

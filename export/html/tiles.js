@@ -147,13 +147,13 @@ class TileMaker {
   /** The same as tags, but for what is as usual. @param {number[]} look */
   tagsOf([highway, level, direction, height, pieces, component]) {
     const kind = this.classes[highway];
-    /** @type {[key: string, value: string | number | boolean, usual?: number][]} */
+    /** @type {[key: string, value: string | number, usual?: number][]} */
     const tags = [...Object.entries(lookOfClass(kind)), ["level", level, 0],
                   ["direction", direction, bothWays], ["height", height, scales.height.usual],
                   ["pieces", pieces, scales.pieces.usual],
                   ["component", component, scales.component.usual]];
     return tags.filter(([, value, usual]) => value !== usual)
-      .map(([key, value]) => /** @type {[string, string | number | boolean]} */ ([key, value]));
+      .map(([key, value]) => /** @type {[string, string | number]} */ ([key, value]));
   }
 
   /** What is written along a road at a zoom, if anything. @param {number} road @param {number} z */

@@ -5,7 +5,7 @@
 const tileExtent = 8192;
 
 /** @typedef {number[]} Part of a line, or a point: x and y in turns */
-/** @typedef {[key: string, value: string | number | boolean][]} Tags numbers are whole ones */
+/** @typedef {[key: string, value: string | number][]} Tags numbers are whole ones */
 
 /** As protocol buffers have numbers with a sign. @param {number} value a whole number of 31 bits */
 function zigzag(value) {
@@ -82,7 +82,7 @@ class TileLayer {
     this.writer.number(5, tileExtent);
     /** @type {Map<string, number>} */
     this.keys = new Map();
-    /** @type {Map<string | number | boolean, number>} */
+    /** @type {Map<string | number, number>} */
     this.values = new Map();
     this.feature = new ByteWriter();
     this.content = new ByteWriter();
@@ -116,7 +116,6 @@ class TileLayer {
       const { content } = this;
       content.size = 0;
       if (typeof value === "string") content.content(1, encoder.encode(value));
-      else if (typeof value === "boolean") content.number(7, Number(value));
       else content.number(6, zigzag(value));
       this.writer.content(4, content.written());
     }

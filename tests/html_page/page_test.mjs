@@ -151,35 +151,111 @@ test("roads stand where they should, bridges over what they cross", async (t) =>
   assert.deepEqual(await colourAt(view, x + 80, y + along + 30), paper);
 });
 
-test("at once there is a picture of what the map shows then; the style is valid", async (t) => {
-  for (const options of [{}, { hash: "#map=15.5/54.805/13.898", deviceScaleFactor: 2 }]) {
-    const view = await opened(t, pageOf("example", example), { ...options, onPage: () => {
-      new MutationObserver(() => (globalThis.picture ??= document.getElementById("first-picture")))
-        .observe(document, { childList: true, subtree: true });
+/** How many pixels of a picture are none of the paper, and how dark they are in all. */
+async function inkOf(png) {
+  const blank = await browser.newPage();
+  const ink = await blank.evaluate(async ([data, paper]) => {
+    const image = new Image();
+    image.src = data;
+    await image.decode();
+    const canvas = document.createElement("canvas");
+    [canvas.width, canvas.height] = [image.width, image.height];
+    const context = canvas.getContext("2d");
+    context.drawImage(image, 0, 0);
+    const { data: bytes } = context.getImageData(400, 150, 500, 500);
+    let sum = 0;
+    for (let i = 0; i < bytes.length; ++i) if (i % 4 < 3) sum += Math.abs(bytes[i] - paper[i % 4]);
+    return sum;
+  }, [png, paper]);
+  await blank.close();
+  return ink;
+}
+
+test("at once there is a picture of what the map shows then", async (t) => {
+  const file = pageOf("town", grid(12, 0).replaceAll("residential", "tertiary")
+    .replace(/tertiary(?="\/><tag k="name" v="Column)/g, "residential"));
+  for (const zoom of ["", 12.2, 12.7, 13.3, 14]) {
+    const hash = zoom ? `#map=${zoom}/50.0112/8.0112` : "";
+    const view = await opened(t, file, { hash, onPage: () => {
+      new MutationObserver(() => {
+        const canvas = document.getElementById("first-picture");
+        if (canvas) globalThis.picture ??= canvas.toDataURL();
+      }).observe(document, { childList: true, subtree: true });
     } });
-    const [same, isGone] = await view.evaluate(() => {
-      const { map } = page.view;
-      const context = picture.getContext("2d");
-      const same = Array.from({ length: page.network.roadCount }, (_, road) => road)
-        .filter((road) => page.network.highwayOf(road) === "primary")
-        .map((road) => {
-          const [[x1, y1], [x2, y2]] = page.network.lineOf(road);
-          return map.project([(x1 + x2) / 2, (y1 + y2) / 2]);
-        })
-        .filter(({ x, y }) => x > 0 && x < innerWidth && y > 0 && y < innerHeight)
-        .map(({ x, y }) => {
-          const pixel = context.getImageData(x * devicePixelRatio, y * devicePixelRatio, 1, 1).data;
-          return "#" + [...pixel.slice(0, 3)].map((c) => c.toString(16).padStart(2, "0")).join("");
-        })
-        .map((colour) => colour === themes.light.roads.primary);
-      return [same, !picture.isConnected];
+    assert.equal(await view.locator("#first-picture").count(), 0);
+    await view.evaluate(() => {  // the picture has no labels
+      for (const layer of ["names", "name images", "numbers"]) {
+        page.view.map.setLayoutProperty(layer, "visibility", "none");
+      }
     });
-    assert.ok(isGone);
-    assert.ok(same.length > 5 && same.every((is) => is), `${same}`);
-    // Complaints go to the console.
+    await idle(view);
+    const shot = (await view.screenshot()).toString("base64");
+    const [early, late] = [await inkOf(await view.evaluate("picture")),
+                           await inkOf(`data:image/png;base64,${shot}`)];
+    assert.ok(early / late > 0.85 && early / late < 1.18, `zoom ${zoom}: ${early} / ${late}`);
+    if (zoom !== 14) continue;
+    // Complaints about the style go to the console.
     await view.evaluate("page.view.map.setStyle(page.view.style(), { validate: true, diff: false })");
     await idle(view);
   }
+});
+
+test("addresses that no map has show all of the network", async (t) => {
+  const file = pageOf("example", example);
+  const zooms = [];
+  for (const hash of ["", "#map=12/95/13", "#map=30/54.8/13.9", "#map=x/y/z"]) {
+    const view = await opened(t, file, { hash });
+    zooms.push(await view.evaluate("page.view.map.getZoom()"));
+  }
+  assert.ok(zooms.every((zoom) => Math.abs(zoom - zooms[0]) < 0.01 && zoom > 13), `${zooms}`);
+});
+
+test("what lies under a pointer, however the map is turned", async (t) => {
+  const view = await opened(t, pageOf("example", example));
+  for (const camera of [{ zoom: 17 }, { zoom: 19, pitch: 60, bearing: 40 }, { zoom: 20.5, pitch: 60 }]) {
+    const wrong = await view.evaluate((camera) => {
+      const { network, view: { map } } = page;
+      const wrong = [];
+      for (let road = 0; road < network.roadCount; ++road) {
+        const [[x1, y1], [x2, y2]] = network.lineOf(road);
+        const [x, y] = [(x1 + 3 * x2) / 4, (y1 + 3 * y2) / 4];
+        map.jumpTo({ center: [x, y], ...camera });
+        const { kind, index } = page.view.thingAt(map.project([x, y])) ?? {};
+        if (kind !== "road" || index !== road) wrong.push([road, kind, index]);
+      }
+      return wrong;
+    }, camera);
+    assert.deepEqual(wrong, []);
+  }
+  // Beside a motorway, which is 38 pixels wide there and has its edges beyond that.
+  const hits = await view.evaluate(() => {
+    const { network, view: { map } } = page;
+    const road = Array.from({ length: network.roadCount }, (_, road) => road).find((road) =>
+      network.highwayOf(road) === "motorway");
+    const [[x1, y1], [x2, y2]] = network.lineOf(road);
+    map.jumpTo({ center: [(x1 + x2) / 2, (y1 + y2) / 2], zoom: 19, pitch: 0, bearing: 0 });
+    const [a, b] = [map.project([x1, y1]), map.project([x2, y2])];
+    const [dx, dy] = [b.x - a.x, b.y - a.y].map((d) => d / Math.hypot(b.x - a.x, b.y - a.y));
+    return [18, 25, 27].map((away) => page.view.thingAt(
+      { x: (a.x + b.x) / 2 - away * dy, y: (a.y + b.y) / 2 + away * dx })?.index === road);
+  });
+  assert.deepEqual(hits, [true, true, false]);
+});
+
+test("bridges stay when one zooms out", async (t) => {
+  const view = await opened(t, pageOf("example", example), { hash: "#map=12.6/54.805/13.9" });
+  const places = await view.evaluate(async () => {
+    const { map, tiles: { looks, stretches, points } } = page.view;
+    maplibregl.addProtocol("network", () => new Promise(() => {}));  // no tiles for a while
+    map.jumpTo({ zoom: 11.9 });
+    await map.once("render");
+    const middle = (i) => (points[i] + points[i + 2]) / 2;
+    return stretches.filter(({ look }) =>
+      looks[look].some(([key, value]) => key === "level" && value > 0))
+      .map(({ first: i }) => map.project([degreesOfX(middle(2 * i)), degreesOfY(middle(2 * i + 1))]));
+  });
+  assert.ok(places.length > 0);
+  for (const { x, y } of places) assert.notDeepEqual(await colourAt(view, x, y), paper);
 });
 
 test("the page has the network, to the last bit", async (t) => {
