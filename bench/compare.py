@@ -9,6 +9,7 @@ all of them Debian packages. With --formats, an import with each output is held 
 import argparse
 import os
 import pathlib
+import resource
 import shutil
 import statistics
 import subprocess
@@ -38,6 +39,13 @@ def measure(command):
     return usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024
 
 
+def mib(values):
+    """The median peak; that of a process counts from before it became the command, when it was this."""
+    own = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss / 1024
+    peak = statistics.median(values)
+    return f"{peak:.1f}" if peak > own else f"< {own:.0f}"
+
+
 def main():
     arguments = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     arguments.add_argument("program")
@@ -63,8 +71,8 @@ def main():
                                  f"{median(a[0] for a, _ in pairs):.3f}",
                                  f"{median(b[0] for _, b in pairs):.3f}",
                                  f"{median(a[0] / b[0] for a, b in pairs):.2f}",
-                                 f"{median(a[1] for a, _ in pairs):.1f}",
-                                 f"{median(b[1] for _, b in pairs):.1f}"), flush=True)
+                                 mib(a[1] for a, _ in pairs), mib(b[1] for _, b in pairs)),
+                      flush=True)
 
 
 if __name__ == "__main__":
