@@ -167,7 +167,9 @@ def measure(command, limit):
     """What a process prints, with its peak memory in MiB; or the reason why not."""
     with tempfile.TemporaryFile("w+") as out, tempfile.TemporaryFile("w+") as err:
         start = time.perf_counter()
-        process = subprocess.Popen(["timeout", str(limit), *command], stdout=out, stderr=err)
+        # The threads of NumPy's linear algebra, which nobody needs here, spin for a while after import.
+        process = subprocess.Popen(["timeout", str(limit), *command], stdout=out, stderr=err,
+                                   env={**os.environ, "OPENBLAS_NUM_THREADS": "1"})
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
         seconds = time.perf_counter() - start
@@ -203,7 +205,8 @@ def main():
             subprocess.run(["osmium", "cat", path, "-o", f"{link}.xml.osm"], check=True)
             commands = {}
             if options.program:
-                commands["columns", "the program"] = [options.program, path, "-q"]
+                commands["columns", "the program"] = [options.program, path, "-q", "--join",
+                                                      "compatible", "--oneway", "implied"]
             for kind, tools in TOOLS.items():
                 for tool, (_, package) in tools.items():
                     is_ours = package in ("osm2roadnet", "networkx")
