@@ -12,6 +12,17 @@ import unittest
 from fixture.command_line import CommandLine, ENDINGS, EXAMPLE, EXTRACT, PROGRAM, limited
 
 
+def read_to_end(terminal):
+    """What was written to it; it comes in pieces, and ends with an error when nobody has it open."""
+    pieces = []
+    try:
+        while piece := os.read(terminal, 9999):
+            pieces.append(piece)
+    except OSError:
+        pass
+    return b"".join(pieces).decode()
+
+
 class Arguments(CommandLine):
     def test_wrong_arguments_are_refused_before_anything_is_opened(self):
         formats = "json, geojson, geojsonl, ndjson, gpkg, fgb, gmns, graphml"
@@ -116,8 +127,8 @@ class Arguments(CommandLine):
                                    stdin=subprocess.PIPE, stderr=screen)
         time.sleep(0.6)
         process.communicate(content)
-        shown = os.read(terminal, 9999).decode()
-        lines = shown.split("\r\x1b[K")
+        os.close(screen)
+        lines = read_to_end(terminal).split("\r\x1b[K")
         self.assertEqual(lines[1], "reading 0 MiB")
         for stage in ("placing nodes 0 %", "joining roads 0 %", "writing 0 %", "finding traps 0 %"):
             self.assertIn(stage, lines)
