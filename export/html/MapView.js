@@ -162,7 +162,8 @@ class MapView {
     const [west, south, east, north] = box;
     const maxZoom = west === east && south === north ? closestToPoint : closest;
     const padding = mapPadding();
-    const fits = padding.left + padding.right < innerWidth && padding.top + padding.bottom < innerHeight;
+    const { clientWidth, clientHeight } = this.map.getCanvas();  // later than the window's, if that changes
+    const fits = padding.left + padding.right < clientWidth && padding.top + padding.bottom < clientHeight;
     const camera = fits && this.map.cameraForBounds(box, { padding, maxZoom });
     if (camera) this.map.flyTo({ ...camera, maxDuration: longestFlight, curve: 1.2 });
     // In a window with no room beside the panel.
