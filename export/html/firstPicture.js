@@ -39,7 +39,7 @@ function drawFirstPicture(network, points, { center, zoom }) {
   for (const isEdge of [true, false]) {
     for (const kind of classes) {
       const isMajor = majorClasses.includes(kind.class);
-      if (kind.class === "service" && zoom < servicesFrom) continue;
+      if (!isDrawn(kind, zoom)) continue;
       if (isEdge && !isMajor && Math.floor(zoom) < edgesFrom) continue;
       context.globalAlpha = !isEdge ? 1 : isMajor ? 0.8 + 0.2 * edges : edges;
       context.lineWidth = atZoom(widthsOf(kind), zoom) + (isEdge ? atZoom(edgeWidths, zoom) : 0);
@@ -50,4 +50,12 @@ function drawFirstPicture(network, points, { center, zoom }) {
     }
   }
   return canvas;
+}
+
+/** There may be none, or none any more. */
+function endFirstPicture() {
+  const canvas = /** @type {HTMLCanvasElement | null} */ (document.getElementById("first-picture"));
+  if (!canvas) return;
+  canvas.remove();
+  canvas.width = 0;  // its memory goes, too
 }

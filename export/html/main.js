@@ -67,14 +67,11 @@ async function openPage() {
     const network = await Network.read();
     const points = mercatorPoints(network.points);
     const camera = firstCamera(network);
-    const picture = camera.isLevel ? drawFirstPicture(network, points, camera) : null;
-    const endPicture = () => {
-      picture?.remove();
-      if (picture) picture.width = 0;  // its memory goes, too
-    };
-    if (picture) {
-      blockElement("map").after(picture);
-      for (const event of ["pointerdown", "keydown"]) addEventListener(event, endPicture, { once: true });
+    if (camera.isLevel) {
+      blockElement("map").after(drawFirstPicture(network, points, camera));
+      for (const event of ["pointerdown", "keydown"]) {
+        addEventListener(event, endFirstPicture, { once: true });
+      }
       await nextFrame();
     }
     await addLibrary();
@@ -85,22 +82,22 @@ async function openPage() {
     const view = openMap(network, tiles, camera);
     page = new Page(network, components, view);
     if (view) {
-      view.map.once("movestart", endPicture);
+      view.map.once("movestart", endFirstPicture);
       await view.map.once("style.load");
       say(network.roadCount === 0 ? "There are no roads in this network." : "");
       page.start(!camera.isOfAddress);
       await view.map.once("idle");
-      endPicture();
+      endFirstPicture();
       document.documentElement.dataset.drawn = "true";
     } else {
       say("This browser has no WebGL, which the map needs: it may be switched off, or the " +
           "computer too old. Search and report work without it.");
-      endPicture();
+      endFirstPicture();
       page.start(true);
     }
     await page.read();
   } catch (error) {
-    document.getElementById("first-picture")?.remove();
+    endFirstPicture();
     say(`The map can't be opened: ${error instanceof Error ? error.message : error}`);
     throw error;
   }

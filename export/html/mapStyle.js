@@ -108,7 +108,7 @@ function stepNumber(steps) {
   return (value) => steps.filter((step) => value >= step).length;
 }
 
-const otherGroups = 6;
+const otherGroups = themes.light.groups.length - 1;
 const scales = {
   /** @type {Scale} */
   height: { usual: 2, numberOf: stepNumber([-4, -1, 1, 4]) },

@@ -10,6 +10,11 @@ const minorNamesFrom = 14;
 const numbersFrom = 9;
 const servicesFrom = 10;
 
+/** @param {RoadClass} kind @param {number} zoom */
+function isDrawn(kind, zoom) {
+  return kind.class !== "service" || zoom >= servicesFrom;
+}
+
 /**
  * What of the way from 0 to 1 lies within limits, going from `from` by `by`.
  * @param {[number, number]} share in and out
@@ -189,7 +194,7 @@ class TileMaker {
       for (let i = 0; i < stretches.length; ++i) {
         if (boxes[4 * i] + around <= east && boxes[4 * i + 2] + around >= west &&
             boxes[4 * i + 1] <= south && boxes[4 * i + 3] >= north &&
-            (z >= servicesFrom || classes[numbers[stretches[i].road]].class !== "service")) {
+            isDrawn(classes[numbers[stretches[i].road]], z)) {
           found.push([stretches[i], around]);
         }
       }
